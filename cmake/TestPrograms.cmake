@@ -1,0 +1,69 @@
+# tallyport_add_test_program(NAME <name> LABEL <label> SOURCES <file>... [LIBRARIES <target>...]
+#                            [TIMEOUT <seconds>] [ACCELERATED [SPEED <n>]])
+#
+# Builds a GoogleTest program and registers it as one CTest entry. Cross-built programs run in Wine
+# through tools/wine/run_test; the checked build has Wine check the heap as well. ACCELERATED runs the
+# program on a clock that is SPEED times as fast (36000 unless given: an hour in a tenth of a second).
+# Includes are written from src/, workbench/ and tests/.
+function(tallyport_add_test_program)
+    cmake_parse_arguments(PARSE_ARGV 0 arg
+        "ACCELERATED" "NAME;LABEL;TIMEOUT;SPEED" "SOURCES;LIBRARIES")
+    foreach(required NAME LABEL SOURCES)
+        if(NOT arg_${required})
+            message(FATAL_ERROR "tallyport_add_test_program: ${required} is missing")
+        endif()
+    endforeach()
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "tallyport_add_test_program: unknown '${arg_UNPARSED_ARGUMENTS}'")
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 300)
+    endif()
+    if(NOT arg_SPEED)
+        set(arg_SPEED 36000)
+    endif()
+
+    add_executable(${arg_NAME} ${arg_SOURCES})
+    target_include_directories(${arg_NAME} PRIVATE
+        "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/workbench" "${PROJECT_SOURCE_DIR}/tests")
+    target_link_libraries(${arg_NAME} PRIVATE
+        tallyport_compiler_settings ${arg_LIBRARIES} gmock_main)
+    if(NOT MSVC)
+        # The optimiser takes the address of an imported function for constant, so a test that calls
+        # one before and after its redirection would call the old one twice. The product's objects
+        # stay optimised.
+        target_compile_options(${arg_NAME} PRIVATE -O0)
+        # Linking the tests' own debug information would take longer than compiling them. The debug
+        # build has it, to step through.
+        if(TALLYPORT_CHECKED OR NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+            target_compile_options(${arg_NAME} PRIVATE -g0)
+        endif()
+        target_link_options(${arg_NAME} PRIVATE $<$<CONFIG:RelWithDebInfo>:-s>)
+    endif()
+
+    if(CMAKE_CROSSCOMPILING)
+        set(runner "${PROJECT_SOURCE_DIR}/tools/wine/run_test" --timeout ${arg_TIMEOUT})
+        if(TALLYPORT_CHECKED)
+            list(APPEND runner --check-heap)
+        endif()
+        if(arg_ACCELERATED)
+            add_dependencies(${arg_NAME} keep_exit_code)
+            list(APPEND runner --accelerated ${arg_SPEED} "${CMAKE_BINARY_DIR}/wine-prefix-fast")
+        else()
+            list(APPEND runner "${CMAKE_BINARY_DIR}/wine-prefix")
+        endif()
+        # Named by its file: CMake would put the emulator before a target's name.
+        add_test(NAME ${arg_NAME} COMMAND ${runner} "$<TARGET_FILE:${arg_NAME}>")
+    elseif(arg_ACCELERATED)
+        add_test(NAME ${arg_NAME}
+            COMMAND "${CMAKE_COMMAND}" -E echo "Skipped: the fast clock exists only with Wine")
+        set_tests_properties(${arg_NAME} PROPERTIES SKIP_REGULAR_EXPRESSION "^Skipped")
+    else()
+        add_test(NAME ${arg_NAME} COMMAND ${arg_NAME})
+    endif()
+
+    # run_test ends the program itself and says so; CTest's own limit is the net below it.
+    math(EXPR net "${arg_TIMEOUT} + 60")
+    set_tests_properties(${arg_NAME} PROPERTIES
+        LABELS ${arg_LABEL} TIMEOUT ${net} RUN_SERIAL ${arg_ACCELERATED})
+endfunction()

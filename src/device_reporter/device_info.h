@@ -1,0 +1,26 @@
+// The record that every source of the device inventory produces.
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace DeviceReporter {
+
+/// One device. Texts that a source does not know stay empty.
+struct DeviceInfo {
+    bool isRemovable = false;  ///< The device node reports itself removable.
+    std::wstring instanceId;   ///< Device instance id, upper-cased; a printer's queue name.
+    std::wstring parent;       ///< Instance id of the parent device node.
+    std::wstring name;         ///< Friendly name and device name, merged, one per line.
+    std::wstring manufacturer;
+    std::wstring className;    ///< Setup class name, or "Printer" or "Monitor".
+    std::wstring description;  ///< A printer's driver name; a monitor's mode text.
+    std::wstring vendorId;     ///< Vendor and product piece of the instance id.
+    std::wstring containerId;  ///< Braced upper-case GUID; a printer driver's hardware id.
+};
+
+/// Devices by their upper-cased instance id. An entry is never replaced once inserted. Touched only
+/// on the device monitor thread.
+using DeviceMap = std::map<std::wstring, DeviceInfo>;
+
+}  // namespace DeviceReporter

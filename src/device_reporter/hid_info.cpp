@@ -1,0 +1,89 @@
+#include "device_reporter/hid_info.h"
+
+// Behind <windows.h>, which it needs. Not every SDK's header declares C linkage by itself.
+extern "C" {
+#include <hidsdi.h>
+}
+
+#include <algorithm>
+#include <memory>
+
+#include "device_reporter/scoped_device_handles.h"
+#include "report/log_line.h"
+#include "util/fixed_text.h"
+
+namespace DeviceReporter {
+
+namespace {
+
+// Both functions of this file log under this name.
+constexpr char kFunctionName[] = "DeviceReporter::UpdateHidDeviceInfo";
+
+// In bytes, half of the buffer: no HID string is longer than 126 characters.
+constexpr ULONG kHidStringBytes = 260;
+
+static_assert(sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_W) == 8);
+
+struct GlobalMemoryDeleter {
+    void operator()(void* block) const noexcept { GlobalFree(block); }
+};
+
+}  // namespace
+
+bool UpdateHidDeviceInfo(HDEVINFO devices, SP_DEVICE_INTERFACE_DATA& interfaceData,
+                         DeviceInfo& record) {
+    DWORD requiredSize = 0;
+    if (!SetupDiGetDeviceInterfaceDetailW(devices, &interfaceData,
+                                          /*DeviceInterfaceDetailData=*/nullptr,
+                                          /*DeviceInterfaceDetailDataSize=*/0, &requiredSize,
+                                          /*DeviceInfoData=*/nullptr)) {
+        const DWORD error = GetLastError();
+        if (error != ERROR_INSUFFICIENT_BUFFER) {
+            WriteLogLine(LOG_LEVEL_NORMAL, kFunctionName,
+                         "fail to get device interface detail, lastError = ", error);
+            return false;
+        }
+    }
+    // Never less than the part that is written below, whatever size was asked for.
+    const std::unique_ptr<void, GlobalMemoryDeleter> block(GlobalAlloc(
+        GMEM_ZEROINIT, std::max<SIZE_T>(requiredSize, sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_W))));
+    if (!block) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kFunctionName, "fail to alloc device data");
+        return false;
+    }
+    auto* const detail = static_cast<SP_DEVICE_INTERFACE_DETAIL_DATA_W*>(block.get());
+    detail->cbSize = sizeof(*detail);
+    if (SetupDiGetDeviceInterfaceDetailW(devices, &interfaceData, detail, requiredSize,
+                                         /*RequiredSize=*/nullptr, /*DeviceInfoData=*/nullptr)) {
+        ReadHidStrings(detail->DevicePath, record);
+    }
+    return true;
+}
+
+bool ReadHidStrings(const wchar_t* devicePath, DeviceInfo& record) {
+    if (devicePath == nullptr) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kFunctionName, "devicePath is null");
+        return false;
+    }
+    const ScopedFile device(CreateFileW(devicePath, /*dwDesiredAccess=*/0,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                        /*lpSecurityAttributes=*/nullptr, OPEN_EXISTING,
+                                        FILE_FLAG_OVERLAPPED, /*hTemplateFile=*/nullptr));
+    if (!device) {
+        const DWORD error = GetLastError();
+        WriteLogLine(LOG_LEVEL_NORMAL, kFunctionName, "create file failed, lastError = ", error);
+        return false;
+    }
+    // Cleared once for both: what the second query leaves of the first one's text ends behind the
+    // second one's terminator.
+    wchar_t buffer[260] = {};
+    if (HidD_GetProductString(device.Get(), buffer, kHidStringBytes)) {
+        record.name = TextOf(buffer);
+    }
+    if (HidD_GetManufacturerString(device.Get(), buffer, kHidStringBytes)) {
+        record.manufacturer = TextOf(buffer);
+    }
+    return true;
+}
+
+}  // namespace DeviceReporter

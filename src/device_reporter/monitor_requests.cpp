@@ -1,0 +1,55 @@
+// What other threads do with the monitor: create its thread and post to its window.
+#include "device_reporter/monitor_messages.h"
+#include "device_reporter/report_device_info.h"
+#include "report/log_line.h"
+#include "util/module_reference.h"
+
+namespace DeviceReporter {
+
+namespace {
+
+/// Keeps the library mapped and the reporter alive until the thread's very end. Nobody waits for
+/// it: Stop only posts, and the host may unload the library right after.
+DWORD WINAPI RunMonitorThread(void* param) {
+    DWORD status = 0;
+    {
+        const auto reporter = static_cast<ReportDeviceInfo*>(param)->shared_from_this();
+        status = ReportDeviceInfo::MonitorThreadProc(reporter.get());
+    }
+    ReleaseThisModuleAndExitThread(status);
+}
+
+void PostToMonitor(HWND msgWindow, UINT message, const char* functionName) {
+    if (msgWindow == nullptr) {
+        WriteLogLine(LOG_LEVEL_NORMAL, functionName, "msgWindow is null");
+        return;
+    }
+    PostMessageW(msgWindow, message, /*wParam=*/0, /*lParam=*/0);
+}
+
+}  // namespace
+
+void ReportDeviceInfo::StartMonitorDevices() {
+    ScopedModule moduleReference = ReferenceThisModule();
+    const ScopedKernelHandle thread(CreateThread(/*lpThreadAttributes=*/nullptr, /*dwStackSize=*/0,
+                                                 &RunMonitorThread, this, /*dwCreationFlags=*/0,
+                                                 /*lpThreadId=*/nullptr));
+    if (!thread) {
+        const DWORD error = GetLastError();
+        WriteLogLine(LOG_LEVEL_NORMAL, "DeviceReporter::ReportDeviceInfo::StartMonitorDevices",
+                     "failed to create monitor thread, lastError = ", error);
+        return;
+    }
+    // The thread gives the reference back when it ends.
+    moduleReference.Release();
+}
+
+void ReportDeviceInfo::ReportDevices() {
+    PostToMonitor(msgWindow, WM_REPORT_DEVICES, "DeviceReporter::ReportDeviceInfo::ReportDevices");
+}
+
+void ReportDeviceInfo::StopMonitorDevices() {
+    PostToMonitor(msgWindow, WM_CLOSE, "DeviceReporter::ReportDeviceInfo::StopMonitorDevices");
+}
+
+}  // namespace DeviceReporter

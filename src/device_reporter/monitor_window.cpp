@@ -1,0 +1,184 @@
+// The monitor thread and its message-only window, to which the operating system sends device
+// arrivals and other threads of the plug-in post requests.
+//
+// The window's user data slot holds the reporter from WM_NCCREATE to WM_NCDESTROY; messages outside
+// that span get default handling only.
+
+// The interface classes are defined, not only declared, in this file.
+#define INITGUID
+#include <windows.h>
+
+// Behind <windows.h>, which they need.
+#include <hidclass.h>
+#include <usbiodef.h>
+
+#include "device_reporter/device_enumeration.h"
+#include "device_reporter/monitor_messages.h"
+#include "device_reporter/report_device_info.h"
+#include "report/log_line.h"
+
+namespace DeviceReporter {
+
+namespace {
+
+static_assert(sizeof(DEV_BROADCAST_DEVICEINTERFACE_W) == 32);
+
+constexpr char kThreadName[] = "DeviceReporter::ReportDeviceInfo::MonitorThreadProc";
+constexpr char kDeviceChangeName[] = "DeviceReporter::ReportDeviceInfo::OnDeviceChange";
+constexpr wchar_t kWindowClassName[] = L"DeviceMonitorWnd";
+
+/// Registers the window class for as long as it is in scope.
+class ScopedWindowClass {
+public:
+    ScopedWindowClass(HINSTANCE instance, WNDPROC windowProc) : instance_(instance) {
+        WNDCLASSW windowClass{};
+        windowClass.lpfnWndProc = windowProc;
+        windowClass.hInstance = instance;
+        windowClass.lpszClassName = kWindowClassName;
+        registered_ = RegisterClassW(&windowClass) != 0;
+    }
+    ~ScopedWindowClass() {
+        if (registered_) {
+            UnregisterClassW(kWindowClassName, instance_);
+        }
+    }
+    ScopedWindowClass(const ScopedWindowClass&) = delete;
+    ScopedWindowClass& operator=(const ScopedWindowClass&) = delete;
+
+    explicit operator bool() const { return registered_; }
+
+private:
+    const HINSTANCE instance_;
+    bool registered_ = false;
+};
+
+void RunMessageLoop() {
+    MSG message{};
+    // An error result of -1 goes on as well.
+    while (GetMessageW(&message, /*hWnd=*/nullptr, /*wMsgFilterMin=*/0, /*wMsgFilterMax=*/0) != 0) {
+        if (message.message == WM_QUIT) {
+            WriteLogLine(LOG_LEVEL_NORMAL, kThreadName, "recv quit message");
+            break;
+        }
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+HDEVNOTIFY RegisterForDeviceArrivals(HWND window) {
+    DEV_BROADCAST_DEVICEINTERFACE_W filter{};
+    filter.dbcc_size = sizeof(filter);
+    filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+    // The flag for all interface classes has the last word.
+    filter.dbcc_classguid = GUID_DEVINTERFACE_USB_DEVICE;
+    return RegisterDeviceNotificationW(
+        window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE | DEVICE_NOTIFY_ALL_INTERFACE_CLASSES);
+}
+
+}  // namespace
+
+DWORD WINAPI ReportDeviceInfo::MonitorThreadProc(void* param) {
+    auto* const reporter = static_cast<ReportDeviceInfo*>(param);
+    if (reporter == nullptr) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kThreadName, "object is null");
+        return 0;
+    }
+    // The class belongs to the host's executable, not to this library.
+    const HINSTANCE instance = GetModuleHandleW(nullptr);
+    const ScopedWindowClass windowClass(instance, &WindowProc);
+    if (!windowClass) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kThreadName, "failed to register ", kWindowClassName);
+        return 0;
+    }
+    const HWND window = CreateWindowExW(
+        /*dwExStyle=*/0, kWindowClassName, L"", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT,
+        CW_USEDEFAULT, CW_USEDEFAULT, HWND_MESSAGE, /*hMenu=*/nullptr, instance, reporter);
+    if (window == nullptr) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kThreadName, "failed to init message only window");
+        return 0;
+    }
+    // HID first: a device that is known already is not refreshed, and only this fill asks HID
+    // devices for their own texts.
+    AddDeviceInterfaceToMap(GUID_DEVINTERFACE_HID, reporter->devices);
+    AddAllDevicesToMap(reporter->devices);
+    RunMessageLoop();
+    // A quit message that did not come from the window leaves the window behind.
+    if (IsWindow(window)) {
+        DestroyWindow(window);
+    }
+    return 0;
+}
+
+LRESULT CALLBACK ReportDeviceInfo::WindowProc(HWND window, UINT message, WPARAM wParam,
+                                              LPARAM lParam) {
+    ReportDeviceInfo* reporter = nullptr;
+    if (message == WM_NCCREATE && lParam != 0) {
+        const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+        reporter = static_cast<ReportDeviceInfo*>(creation->lpCreateParams);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(reporter));
+    } else if (message != WM_NCCREATE) {
+        reporter = reinterpret_cast<ReportDeviceInfo*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    }
+    if (reporter != nullptr) {
+        reporter->HandleMessage(window, message, wParam, lParam);
+    }
+    // Handled or not, every message gets its default handling as well.
+    const LRESULT result = DefWindowProcW(window, message, wParam, lParam);
+    if (message == WM_NCDESTROY) {
+        SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+    }
+    return result;
+}
+
+void ReportDeviceInfo::HandleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CREATE:
+            OnCreate(window);
+            break;
+        case WM_DESTROY:
+            OnDestroy();
+            break;
+        case WM_DEVICECHANGE:
+            OnDeviceChange(wParam, reinterpret_cast<const DEV_BROADCAST_HDR*>(lParam));
+            break;
+        case WM_REPORT_DEVICES:
+            DoReportDevices();
+            break;
+        default:
+            break;
+    }
+}
+
+void ReportDeviceInfo::OnCreate(HWND window) {
+    msgWindow = window;
+    if (devNotify == nullptr) {
+        devNotify = RegisterForDeviceArrivals(window);
+    }
+}
+
+void ReportDeviceInfo::OnDestroy() {
+    if (devNotify != nullptr) {
+        UnregisterDeviceNotification(devNotify);
+        devNotify = nullptr;
+    }
+    devices.clear();
+    // msgWindow keeps the old handle: later posts go nowhere, without a log line each hour.
+    PostQuitMessage(0);
+}
+
+void ReportDeviceInfo::OnDeviceChange(WPARAM event, const DEV_BROADCAST_HDR* header) {
+    if (event != DBT_DEVICEARRIVAL && event != DBT_DEVICEREMOVECOMPLETE) {
+        return;
+    }
+    if (header == nullptr) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kDeviceChangeName, "hdr is null");
+        return;
+    }
+    // A device that is gone stays in the map: it was there since the last list.
+    if (event == DBT_DEVICEARRIVAL && header->dbch_devicetype == DBT_DEVTYP_DEVICEINTERFACE) {
+        const auto& arrival = *reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(header);
+        AddDeviceInterfaceToMap(arrival.dbcc_classguid, devices);
+    }
+}
+
+}  // namespace DeviceReporter

@@ -1,0 +1,135 @@
+#include "device_reporter/printer_info.h"
+
+// Behind <windows.h>, which it needs.
+#include <winspool.h>
+
+#include <cstdint>
+#include <utility>
+
+#include "device_reporter/device_text.h"
+#include "device_reporter/scoped_device_handles.h"
+#include "device_reporter/spooler_query.h"
+#include "report/log_line.h"
+
+namespace DeviceReporter {
+
+namespace {
+
+static_assert(sizeof(PRINTER_INFO_2W) == 136);
+static_assert(sizeof(DRIVER_INFO_6W) == 136);
+
+constexpr SpoolerQueryTexts kListTexts = {"DeviceReporter::EnumPrinterList",
+                                          "EnumPrinters fail 2, lastError="};
+constexpr SpoolerQueryTexts kDriverTexts = {"DeviceReporter::GetPrinterDriverInfo",
+                                            "GetPrinterDriver fail 2, lastError="};
+constexpr char kParseName[] = "DeviceReporter::ParsePrinters";
+constexpr char kUpdateName[] = "DeviceReporter::UpdatePrinterDriverInfo";
+constexpr std::size_t kMaxIdPartLength = 8;
+
+/// The first characters of a text that may be null.
+std::wstring CutIdPart(const wchar_t* text) {
+    return text == nullptr ? std::wstring() : std::wstring(text).substr(0, kMaxIdPartLength);
+}
+
+DeviceInfo MakePrinterRecord(const PRINTER_INFO_2W& printer) {
+    DeviceInfo record;
+    record.instanceId = printer.pPrinterName;
+    record.name = printer.pPrinterName;
+    record.description = printer.pDriverName;
+    record.className = L"Printer";
+    // A queue has no vendor id; its data type and port tell its kind instead.
+    record.vendorId = AppendUnique(CutIdPart(printer.pDatatype), CutIdPart(printer.pPortName));
+    return record;
+}
+
+}  // namespace
+
+bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count) {
+    count = 0;
+    DWORD needed = 0;
+    DWORD returned = 0;
+    const auto enumPrinters = [&needed, &returned](BYTE* block, DWORD size) {
+        return EnumPrintersW(PRINTER_ENUM_LOCAL, /*Name=*/nullptr, /*Level=*/2, block, size,
+                             &needed, &returned);
+    };
+    if (!RunSpoolerQuery(kListTexts, enumPrinters, needed, printerInfoList)) {
+        return false;
+    }
+    if (!printerInfoList) {
+        return true;
+    }
+    if (needed < std::uint64_t{returned} * sizeof(PRINTER_INFO_2W)) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kListTexts.functionName,
+                     "printer list data error, dwReturned=", returned, ", dwNeeded=", needed);
+        return false;
+    }
+    count = returned;
+    return true;
+}
+
+bool ParsePrinters(const BYTE* printerInfoList, DWORD count, std::vector<DeviceInfo>& printers) {
+    if (printerInfoList == nullptr) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kParseName, "printerInfoList is null");
+        return false;
+    }
+    const auto* const entries = reinterpret_cast<const PRINTER_INFO_2W*>(printerInfoList);
+    for (DWORD i = 0; i < count; ++i) {
+        const PRINTER_INFO_2W& printer = entries[i];
+        if (printer.pDriverName == nullptr || printer.pPrinterName == nullptr) {
+            WriteLogLine(LOG_LEVEL_NORMAL, kParseName, "driver name or printer name is empty");
+            continue;
+        }
+        DeviceInfo record = MakePrinterRecord(printer);
+        UpdatePrinterDriverInfo(printer.pPrinterName, record);
+        printers.push_back(std::move(record));
+    }
+    return true;
+}
+
+bool UpdatePrinterDriverInfo(const std::wstring& printerName, DeviceInfo& record) {
+    ScopedPrinter printer;
+    // The parameter is not const, but the name is only read.
+    if (!OpenPrinterW(const_cast<wchar_t*>(printerName.c_str()), printer.Receive(),
+                      /*pDefault=*/nullptr)) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "fail to open printer");
+        return false;
+    }
+    std::unique_ptr<BYTE[]> driverInfo;
+    if (!GetPrinterDriverInfo(printer.Get(), driverInfo)) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "fail to get printer driver info");
+        return false;
+    }
+    if (!driverInfo) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "driverInfo is null");
+        return false;
+    }
+    const auto& driver = *reinterpret_cast<const DRIVER_INFO_6W*>(driverInfo.get());
+    if (driver.pszHardwareID != nullptr) {
+        record.containerId = driver.pszHardwareID;
+    }
+    if (driver.pszMfgName != nullptr) {
+        record.manufacturer = driver.pszMfgName;
+    }
+    return true;
+}
+
+bool GetPrinterDriverInfo(HANDLE printer, std::unique_ptr<BYTE[]>& driverInfo) {
+    DWORD needed = 0;
+    DWORD returned = 0;
+    const auto getDriver = [printer, &needed, &returned](BYTE* block, DWORD size) {
+        // The second call's size is kept apart: it says how much of the block was filled.
+        return GetPrinterDriverW(printer, /*pEnvironment=*/nullptr, /*Level=*/6, block, size,
+                                 block == nullptr ? &needed : &returned);
+    };
+    if (!RunSpoolerQuery(kDriverTexts, getDriver, needed, driverInfo)) {
+        return false;
+    }
+    if (driverInfo && returned < sizeof(DRIVER_INFO_6W)) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kDriverTexts.functionName,
+                     "printer driver data error, dwReturned=", returned, ", dwNeeded=", needed);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace DeviceReporter

@@ -1,0 +1,74 @@
+// The device inventory reporter.
+#pragma once
+
+#include <windows.h>
+
+// Behind <windows.h>, which it needs.
+#include <dbt.h>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+#include "device_reporter/device_info.h"
+
+namespace DeviceReporter {
+
+/// No more device lists than these are sent per installation.
+inline constexpr std::int32_t kMaxReportCount = 10;
+
+/// Keeps a map of the machine's devices current and sends it as a list, at most once a day and at
+/// most ten times per installation.
+///
+/// All device work happens on the monitor thread, which owns a message-only window. Other threads
+/// only post to that window: ReportDevices from the timer loop, StopMonitorDevices from the host.
+///
+/// The monitor thread co-owns the reporter, so that a process that exits without Stop, which
+/// terminates the thread anywhere, does not destroy a map that is being changed.
+class ReportDeviceInfo : public std::enable_shared_from_this<ReportDeviceInfo> {
+public:
+    /// The process-wide reporter, constructed when the library is loaded.
+    static ReportDeviceInfo& GetInstance();
+
+    ReportDeviceInfo() = default;
+    ReportDeviceInfo(const ReportDeviceInfo&) = delete;
+    ReportDeviceInfo& operator=(const ReportDeviceInfo&) = delete;
+
+    /// Asks the suite whether this machine reports devices and loads the persisted count. The
+    /// 24 hours before the first list begin here. Called once, before the monitor thread exists.
+    static bool Init();
+
+    /// Creates the monitor thread, which is never joined; failure is logged.
+    void StartMonitorDevices();
+
+    /// Posts a request to report to the monitor's window. Callable from any thread.
+    void ReportDevices();
+
+    /// Posts a request to close to the monitor's window. Callable from any thread.
+    void StopMonitorDevices();
+
+    /// Body of the monitor thread; `param` is the reporter. Fills the device map, then handles the
+    /// window's messages until it is closed. Always 0.
+    static DWORD WINAPI MonitorThreadProc(void* param);
+
+    /// Sends the list when it is due and the user has agreed. Monitor thread only.
+    void DoReportDevices();
+
+    DeviceMap devices;
+    std::atomic<HWND> msgWindow{nullptr};  ///< Set once by the monitor thread; stale after it.
+    HDEVNOTIFY devNotify = nullptr;
+    /// Lists sent so far. Counts as exhausted until Init has loaded the persisted count.
+    std::int32_t reportCount = kMaxReportCount;
+    std::int64_t lastReportTime = 0;  ///< Steady clock, nanoseconds.
+
+private:
+    static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    void HandleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    void OnCreate(HWND window);
+    void OnDestroy();
+    void OnDeviceChange(WPARAM event, const DEV_BROADCAST_HDR* header);
+};
+
+static_assert(std::atomic<HWND>::is_always_lock_free);
+
+}  // namespace DeviceReporter

@@ -1,0 +1,55 @@
+// The print spooler's two-call protocol.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <new>
+
+#include "report/log_line.h"
+
+namespace DeviceReporter {
+
+/// How one query names itself in its log lines.
+struct SpoolerQueryTexts {
+    const char* functionName;
+    const char* secondCallFailed;
+};
+
+/// Asks for a size, takes one zeroed block of exactly that size and fetches the data into it.
+///
+/// `query` is called as `BOOL(BYTE* block, DWORD size)` and leaves the size that the spooler needs
+/// in `needed`. False, with a log line, on every failure; a block that was taken by then stays in
+/// `block`. True with no block when there is nothing to fetch.
+template <typename Query>
+bool RunSpoolerQuery(const SpoolerQueryTexts& texts, Query query, const DWORD& needed,
+                     std::unique_ptr<BYTE[]>& block) {
+    if (query(/*block=*/nullptr, /*size=*/0)) {
+        return true;
+    }
+    const DWORD sizeError = GetLastError();
+    if (sizeError != ERROR_INSUFFICIENT_BUFFER) {
+        WriteLogLine(LOG_LEVEL_NORMAL, texts.functionName,
+                     "lastError != ERROR_INSUFFICIENT_BUFFER, lastError=", sizeError);
+        return false;
+    }
+    if (needed == 0) {
+        WriteLogLine(LOG_LEVEL_NORMAL, texts.functionName,
+                     "ERROR_INSUFFICIENT_BUFFER, but dwNeeded=", needed);
+        return false;
+    }
+    block.reset(new (std::nothrow) BYTE[needed]());
+    if (!block) {
+        WriteLogLine(LOG_LEVEL_NORMAL, texts.functionName,
+                     "cannot create printer byte buffer, dwNeeded=", needed);
+        return false;
+    }
+    if (!query(block.get(), needed)) {
+        const DWORD error = GetLastError();
+        WriteLogLine(LOG_LEVEL_NORMAL, texts.functionName, texts.secondCallFailed, error);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace DeviceReporter

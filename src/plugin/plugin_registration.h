@@ -1,0 +1,15 @@
+// What the host's plug-in manager gets to know about this plug-in.
+#pragma once
+
+#include <memory>
+
+#include "platform/plugins_manager.h"
+
+inline constexpr wchar_t kPluginsManagerName[] = L"ZedPluginsManager.dll";
+
+/// The record that is registered at load and withdrawn at unload. It lives as long as the library
+/// is mapped; the manager reads it through its address.
+extern PluginRegistrationInfo pluginRegistration;
+
+/// Makes a new plug-in object, which the caller owns. Callable from any thread.
+std::shared_ptr<ZedPlugin> CreatePlugin();

@@ -1,0 +1,83 @@
+#include "plugin/tallyport_plugin.h"
+
+#include <cstdint>
+#include <thread>
+
+#include "device_reporter/report_device_info.h"
+#include "platform/wmi_kit.h"
+#include "report/timer_report_mgr.h"
+#include "reporters/report_bios_info.h"
+#include "reporters/report_ec_log_info.h"
+#include "reporters/report_popup_block_info.h"
+
+namespace {
+
+constexpr std::int32_t kBiosReportHours = 12;
+constexpr std::int32_t kPopUpBlockReportHours = 24;
+constexpr std::int32_t kDeviceReportHours = 1;
+constexpr unsigned int kECLogEventCode = 675;
+
+ReportBiosInfo biosReporter;
+const ReportPopUpBlockInfo popUpBlockReporter;
+VrSDK::BiosEventMonitor biosEventMonitor;
+/// True once a subscription succeeded. Start and Stop run on the host's thread.
+bool biosEventMonitorStarted = false;
+
+/// The list itself goes out once a day at most: the hourly run only asks whether it is due.
+void StartDeviceReports(TimerReportMgr& timers) {
+    using DeviceReporter::ReportDeviceInfo;
+    ReportDeviceInfo& reporter = ReportDeviceInfo::GetInstance();
+    if (!ReportDeviceInfo::Init() || reporter.reportCount >= DeviceReporter::kMaxReportCount) {
+        return;
+    }
+    reporter.StartMonitorDevices();
+    timers.RegisterReportCallback([&reporter] { reporter.ReportDevices(); }, kDeviceReportHours);
+}
+
+/// Runs on the firmware library's delivering thread.
+void OnBiosEvent(unsigned int eventCode) {
+    if (eventCode == kECLogEventCode) {
+        ReportECLogInfo();
+    }
+}
+
+void StartBiosEvents() {
+    if (biosEventMonitor.StartEventMonitor(&OnBiosEvent) == 0) {
+        biosEventMonitorStarted = true;
+    }
+}
+
+void StopBiosEvents() {
+    if (!biosEventMonitorStarted) {
+        return;
+    }
+    // The library's stop gets a thread of its own, so that nothing that the host's thread holds
+    // (a COM apartment, an impersonation) is in its way.
+    std::thread([] { biosEventMonitor.StopEventMonitor(); }).join();
+}
+
+}  // namespace
+
+bool TallyportPlugin::Initialize() { return true; }
+
+bool TallyportPlugin::Uninitialize() { return true; }
+
+bool TallyportPlugin::Start() {
+    TimerReportMgr& timers = TimerReportMgr::GetInstance();
+    timers.RegisterReportCallback([] { biosReporter.OnRecvReportInfo(); }, kBiosReportHours);
+    biosReporter.OnRecvReportInfo();
+    timers.RegisterReportCallback([] { popUpBlockReporter.OnRecvReportInfo(); },
+                                  kPopUpBlockReportHours);
+    popUpBlockReporter.OnRecvReportInfo();
+    StartDeviceReports(timers);
+    timers.Start();
+    StartBiosEvents();
+    return true;
+}
+
+bool TallyportPlugin::Stop() {
+    TimerReportMgr::GetInstance().Stop();
+    DeviceReporter::ReportDeviceInfo::GetInstance().StopMonitorDevices();
+    StopBiosEvents();
+    return true;
+}

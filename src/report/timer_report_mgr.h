@@ -1,0 +1,69 @@
+// The scheduler of periodic reports.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "util/module_reference.h"
+
+/// Runs callbacks at intervals of whole hours on one loop thread.
+///
+/// The loop wakes once per tick, the greatest common divisor of all intervals, and runs every
+/// callback whose interval divides the hours that have elapsed since Start. Callbacks run in
+/// registration order and never overlap. All of them are registered before Start.
+///
+/// The loop thread co-owns the manager. A process that exits without Stop terminates that thread
+/// inside its wait; destroying a condition variable with such a waiter hangs in some thread
+/// libraries, and the reference that the thread never gave back keeps it from being destroyed.
+class TimerReportMgr : public std::enable_shared_from_this<TimerReportMgr> {
+public:
+    using Callback = std::function<void()>;
+
+    /// The process-wide manager. Created on first use; stopped and released when the library is
+    /// unloaded or the process exits.
+    static TimerReportMgr& GetInstance();
+
+    TimerReportMgr() = default;
+    TimerReportMgr(const TimerReportMgr&) = delete;
+    TimerReportMgr& operator=(const TimerReportMgr&) = delete;
+
+    /// Adds a callback that first runs one interval after Start. An interval below one hour is
+    /// logged and ignored; an empty callback is kept and counts for the tick but is never run.
+    /// Must not be called once the loop runs.
+    void RegisterReportCallback(Callback callback, std::int32_t intervalHours);
+
+    /// Starts the loop thread, unless nothing is registered. Calling it while the loop runs ends
+    /// the process, as replacing a running std::thread does.
+    void Start();
+
+    /// Ends the loop and joins its thread. A Stop that falls between the loop's test and its wait
+    /// takes effect when that wait times out. Must not be called from a callback.
+    void Stop();
+
+private:
+    struct TimerEntry {
+        Callback callback;
+        std::int32_t intervalHours;
+    };
+
+    void UpdateTick();
+    void Loop();
+
+    std::thread thread_;
+    std::vector<TimerEntry> timers_;
+    std::condition_variable wakeCond_;
+    std::mutex waitMutex_;      ///< Held while the loop waits and while callbacks run.
+    std::mutex registerMutex_;  ///< Held while a registration changes the members below.
+    std::atomic<bool> running_{true};
+    std::int32_t tickHours_ = 1;
+    std::int32_t minIntervalHours_ = 0;  ///< 0 while nothing is registered.
+    ScopedModule moduleReference_;       ///< Held from Start to the end of Stop.
+};
+
+static_assert(std::atomic<bool>::is_always_lock_free);

@@ -1,0 +1,95 @@
+#include "reporters/report_popup_block_info.h"
+
+#include <windows.h>
+
+#include <cstdint>
+#include <memory>
+#include <new>
+
+#include "platform/file_kit.h"
+#include "platform/xeevent.h"
+#include "report/log_line.h"
+#include "util/console_user.h"
+
+namespace {
+
+constexpr std::int32_t kPopUpBlockInfoEventId = 992614518;
+constexpr wchar_t kTuneBoostKeySuffix[] = L"\\SOFTWARE\\Zentro\\Orbisuite\\TuneBoost";
+constexpr wchar_t kPopUpBlockingValueName[] = L"PopUpBlockingStatus";
+constexpr wchar_t kPowerfulModeValueName[] = L"PowerfulModeStatus";
+constexpr wchar_t kTuneBoostExecutable[] =
+    L"C:\\Program Files\\Zentro\\Orbisuite\\components\\TuneBoost\\TuneBoostCenter.exe";
+constexpr std::int32_t kUnknown = -1;
+constexpr std::int32_t kOn = 1;
+
+/// Reads one switch. Full access is asked for although the value is only read: a user's key that
+/// grants less counts as unreadable.
+bool ReadSwitch(const std::wstring& key, const wchar_t* valueName, std::int32_t& value) {
+    value = kUnknown;
+    return QD::Registry::GetValue(HKEY_USERS, key, valueName, value, KEY_ALL_ACCESS);
+}
+
+/// "major.minor.build.revision" of the product version; the file version may differ from it.
+std::string FormatProductVersion(const VS_FIXEDFILEINFO& info) {
+    return std::to_string(HIWORD(info.dwProductVersionMS)) + "." +
+           std::to_string(LOWORD(info.dwProductVersionMS)) + "." +
+           std::to_string(HIWORD(info.dwProductVersionLS)) + "." +
+           std::to_string(LOWORD(info.dwProductVersionLS));
+}
+
+}  // namespace
+
+void ReportPopUpBlockInfo::OnRecvReportInfo() const {
+    constexpr char kFunctionName[] = "ReportPopUpBlockInfo::OnRecvReportInfo";
+    QD::Registry registry;
+    registry.SetRootKey(HKEY_USERS);
+    const std::wstring key = GetActiveUserSid() + kTuneBoostKeySuffix;
+    if (!registry.KeyExists(key)) {
+        return;
+    }
+    std::int32_t popUpBlockingStatus = kUnknown;
+    if (!ReadSwitch(key, kPopUpBlockingValueName, popUpBlockingStatus)) {
+        const DWORD error = GetLastError();
+        WriteLogLine(LOG_LEVEL_ERROR, kFunctionName, "Get register blocking switch fail: ", error);
+        return;
+    }
+    std::int32_t powerfulModeStatus = kUnknown;
+    if (!ReadSwitch(key, kPowerfulModeValueName, powerfulModeStatus)) {
+        const DWORD error = GetLastError();
+        WriteLogLine(LOG_LEVEL_ERROR, kFunctionName, "Get register power switch fail: ", error);
+        return;
+    }
+    const bool isOn = popUpBlockingStatus == kOn || powerfulModeStatus == kOn;
+    const std::string version = GetAppVersion();
+
+    XeEvent event(kPopUpBlockInfoEventId);
+    // The event takes over what PutString returned, in the way that the library's users chain
+    // calls. That is the event itself, so the assignments leave it as it is.
+    event = event.PutString("mode", "OPEN_MODE");
+    event = event.PutString("status", isOn ? "1" : "0");
+    event = event.PutString("version", version);
+    XeView::Report(event);
+}
+
+std::string ReportPopUpBlockInfo::GetAppVersion() {
+    const DWORD size = GetFileVersionInfoSizeW(kTuneBoostExecutable, /*lpdwHandle=*/nullptr);
+    if (size == 0) {
+        return {};
+    }
+    const std::unique_ptr<BYTE[]> infoData(new (std::nothrow) BYTE[size]);
+    if (!infoData) {
+        WriteLogLine(LOG_LEVEL_ERROR, "ReportPopUpBlockInfo::GetAppVersion", "infoData null");
+        return {};
+    }
+    if (!GetFileVersionInfoW(kTuneBoostExecutable, /*dwHandle=*/0, size, infoData.get())) {
+        return {};
+    }
+    void* fixedInfo = nullptr;
+    UINT fixedInfoSize = 0;
+    // A resource without the fixed record is answered with success and a length of zero.
+    if (!VerQueryValueW(infoData.get(), L"\\", &fixedInfo, &fixedInfoSize) ||
+        fixedInfoSize < sizeof(VS_FIXEDFILEINFO)) {
+        return {};
+    }
+    return FormatProductVersion(*static_cast<const VS_FIXEDFILEINFO*>(fixedInfo));
+}

@@ -1,0 +1,20 @@
+// The optimisation component's state report.
+#pragma once
+
+#include <string>
+
+/// Sends event 992614518 with whether the console user switched the suite's optimisation component
+/// on, and the component's product version.
+///
+/// Reads the user's hive under HKEY_USERS and the version resource of the component's executable.
+/// Keeps no state between runs. Runs on the host's thread inside Start and on the timer loop thread
+/// afterwards.
+class ReportPopUpBlockInfo {
+public:
+    /// Sends the report, unless the user has no settings of the component.
+    void OnRecvReportInfo() const;
+
+    /// Product version of the component's executable as four decimal numbers joined by dots; empty
+    /// when it cannot be read.
+    static std::string GetAppVersion();
+};

@@ -1,0 +1,12 @@
+// Keeping this library mapped while one of its threads runs.
+#pragma once
+
+#include "util/scoped_handle.h"
+
+/// Takes a counted reference to the module that this function is part of. While it is held, the
+/// host's FreeLibrary does not unmap the code under a running thread.
+ScopedModule ReferenceThisModule();
+
+/// Gives one reference back and ends the calling thread, without returning into code that may be
+/// unmapped by then. Destructors of the caller's objects do not run.
+[[noreturn]] void ReleaseThisModuleAndExitThread(DWORD exitCode);

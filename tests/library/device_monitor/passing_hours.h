@@ -1,0 +1,36 @@
+// Hours that pass when a test says so.
+#pragma once
+
+#include <windows.h>
+
+#include "simulation/import_redirection.h"
+#include "simulation/simulated_machine.h"
+
+namespace device_monitor_test {
+
+#if defined(_MSC_VER)
+/// The timer loop waits in a DLL of the compiler's, which cannot be redirected.
+inline constexpr bool kHoursCanPass = false;
+#else
+inline constexpr bool kHoursCanPass = true;
+#endif
+
+/// Holds the timer loop of a loaded plug-in in its wait until the test lets the wait time out, and
+/// moves the clocks that the loop reads. Made before the plug-in is started and within the life of
+/// the simulated machine. One at a time in a process.
+class PassingHours {
+public:
+    PassingHours(HMODULE module, simulation::World& world);
+
+    /// Waits until the loop waits. False when it does not get there within ten seconds.
+    bool LoopWaits() const;
+    /// Advances the clocks by an hour, the machine's steady clock included, ends the wait and
+    /// returns when the loop waits again, so all callbacks of the tick have run.
+    bool PassTick();
+
+private:
+    simulation::World& world;
+    simulation::ImportRedirection redirection;
+};
+
+}  // namespace device_monitor_test

@@ -1,0 +1,91 @@
+#include "support/child_process.h"
+
+#include <stdexcept>
+
+#include "util/scoped_handle.h"
+
+namespace test_support {
+namespace {
+
+struct FileTraits {
+    using Type = HANDLE;
+    static Type Invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(Type handle) noexcept { CloseHandle(handle); }
+};
+using ScopedFile = ScopedHandle<FileTraits>;
+
+/// A file that child processes inherit and that vanishes with its last handle. Not a pipe: services
+/// that Wine starts on a child's behalf inherit it too, and a pipe would not end before they do.
+ScopedFile MakeCaptureFile() {
+    wchar_t folder[MAX_PATH + 1] = {};
+    wchar_t path[MAX_PATH + 1] = {};
+    SECURITY_ATTRIBUTES inheritable{sizeof(inheritable), nullptr, TRUE};
+    if (GetTempPathW(MAX_PATH, folder) == 0 || GetTempFileNameW(folder, L"out", 0, path) == 0) {
+        throw std::runtime_error("no temporary file, error " + std::to_string(GetLastError()));
+    }
+    ScopedFile file(CreateFileW(path, GENERIC_READ | GENERIC_WRITE | DELETE,
+                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                &inheritable, CREATE_ALWAYS,
+                                FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    if (!file) {
+        throw std::runtime_error("no temporary file, error " + std::to_string(GetLastError()));
+    }
+    return file;
+}
+
+std::string ReadFromStart(HANDLE file) {
+    SetFilePointer(file, 0, nullptr, FILE_BEGIN);
+    std::string text;
+    char buffer[4096];
+    DWORD read = 0;
+    while (ReadFile(file, buffer, sizeof(buffer), &read, nullptr) && read != 0) {
+        text.append(buffer, read);
+    }
+    return text;
+}
+
+}  // namespace
+
+std::wstring ProgramFolder() {
+    std::wstring path(32768, L'\0');
+    path.resize(
+        GetModuleFileNameW(/*hModule=*/nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return path.substr(0, path.rfind(L'\\'));
+}
+
+ChildResult RunChild(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                     std::chrono::milliseconds limit, StandardError standardError) {
+    std::wstring commandLine = L"\"" + program + L"\"";
+    for (const std::wstring& argument : arguments) {
+        commandLine += L" \"" + argument + L"\"";
+    }
+    const ScopedFile output = MakeCaptureFile();
+    const ScopedFile errors = MakeCaptureFile();
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = output.Get();
+    startup.hStdError = standardError == StandardError::Apart ? errors.Get() : output.Get();
+    PROCESS_INFORMATION information{};
+    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr,
+                        /*bInheritHandles=*/TRUE, /*dwCreationFlags=*/0, nullptr, nullptr, &startup,
+                        &information)) {
+        throw std::runtime_error("a child process cannot be started, error " +
+                                 std::to_string(GetLastError()));
+    }
+    const ScopedKernelHandle process(information.hProcess);
+    const ScopedKernelHandle thread(information.hThread);
+    ChildResult result;
+    result.finished =
+        WaitForSingleObject(process.Get(), static_cast<DWORD>(limit.count())) == WAIT_OBJECT_0;
+    if (!result.finished) {
+        TerminateProcess(process.Get(), 1);
+        WaitForSingleObject(process.Get(), INFINITE);
+    }
+    result.output = ReadFromStart(output.Get());
+    result.errors = ReadFromStart(errors.Get());
+    GetExitCodeProcess(process.Get(), &result.exitCode);
+    return result;
+}
+
+}  // namespace test_support

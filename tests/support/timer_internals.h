@@ -1,0 +1,47 @@
+// Members of the timer manager that tests look into.
+#pragma once
+
+#include "report/timer_report_mgr.h"
+#include "support/private_member.h"
+
+namespace test_support {
+
+struct TickHours {
+    using Type = std::int32_t TimerReportMgr::*;
+    friend Type Address(TickHours);
+};
+template struct PrivateMember<TickHours, &TimerReportMgr::tickHours_>;
+
+struct WakeCondition {
+    using Type = std::condition_variable TimerReportMgr::*;
+    friend Type Address(WakeCondition);
+};
+template struct PrivateMember<WakeCondition, &TimerReportMgr::wakeCond_>;
+
+struct LoopThread {
+    using Type = std::thread TimerReportMgr::*;
+    friend Type Address(LoopThread);
+};
+template struct PrivateMember<LoopThread, &TimerReportMgr::thread_>;
+
+struct RunningFlag {
+    using Type = std::atomic<bool> TimerReportMgr::*;
+    friend Type Address(RunningFlag);
+};
+template struct PrivateMember<RunningFlag, &TimerReportMgr::running_>;
+
+inline std::int32_t TickHoursOf(TimerReportMgr& manager) { return manager.*Address(TickHours{}); }
+
+/// Wakes the loop as the system may do at any time without a reason.
+inline void WakeSpuriously(TimerReportMgr& manager) {
+    (manager.*Address(WakeCondition{})).notify_all();
+}
+
+/// False from the first moment of Stop on.
+inline bool IsRunning(TimerReportMgr& manager) { return manager.*Address(RunningFlag{}); }
+
+inline bool HasLoopThread(TimerReportMgr& manager) {
+    return (manager.*Address(LoopThread{})).joinable();
+}
+
+}  // namespace test_support

@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# The wrapper around Wine: exit codes, arguments, and one clear line when something is missing.
+set -uo pipefail
+source "$(dirname "$0")/assertions.sh" "$@"
+run=$source_dir/tools/wine/run_in_wine
+
+expect 127 "usage: run_in_wine" "$run" "$wine_prefix"
+expect 127 "there is no program 'missing.exe'; build it first" "$run" "$wine_prefix" missing.exe
+expect_lines 1 "$run" "$wine_prefix" missing.exe
+touch "$work/a_file"
+expect 127 "the folder '$work/a_file' for the Wine prefix cannot be created" \
+    "$run" "$work/a_file" "$pretended_test"
+
+expect 0 "PASSED" "$run" "$wine_prefix" "$pretended_test"
+expect 42 "PASSED" "$run" "$wine_prefix" "$pretended_test" code 42
+expect 0 "argument 'two words'" "$run" "$wine_prefix" "$pretended_test" echo 'two words'
+# The name in a folder that the caller stands in.
+cp "$pretended_test" "$work/here.exe"
+cd "$work" || exit
+expect 0 "PASSED" "$run" "$wine_prefix" here.exe
+
+# With pipes instead of a terminal the exit code and both outputs arrive as well.
+plain=$source_dir/tools/wine/plain_output
+expect 42 "PASSED" "$plain" "$run" "$wine_prefix" "$pretended_test" code 42
+expect 127 "there is no program" "$plain" "$run" "$wine_prefix" missing.exe
+expect_lines 0 bash -c '"$@" 2>/dev/null' bash "$plain" "$run" "$wine_prefix" missing.exe
+finish

@@ -1,0 +1,134 @@
+#include "host/host_run.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "host/files.h"
+#include "host/host_error.h"
+#include "host/machine_time.h"
+#include "host/output_files.h"
+#include "host/simulated_surroundings.h"
+#include "host/story.h"
+#include "host/this_computer.h"
+#include "simulation/machine_loader.h"
+#include "standins/common/text.h"
+
+namespace host {
+namespace {
+
+constexpr wchar_t kPluginFileName[] = L"TallyportPlugin.dll";
+
+simulation::Machine LoadMachineFile(const std::string& path) {
+    try {
+        return simulation::ParseMachine(ReadTextFile(path, "machine file"), path);
+    } catch (const simulation::MachineFileError& error) {
+        throw HostError(ExitCode::BadInput, error.what());
+    }
+}
+
+/// Full path of the plug-in.
+std::wstring FindPlugin(const std::string& given) {
+    if (given.empty()) {
+        std::wstring path = OwnFolder() + L"\\" + kPluginFileName;
+        if (!IsFile(path)) {
+            throw HostError(ExitCode::BadInput,
+                            standins::ToUtf8(kPluginFileName) + " is missing in '" +
+                                standins::ToUtf8(OwnFolder()) +
+                                "'; build it: ./dev build, or name another with --plugin");
+        }
+        return path;
+    }
+    std::wstring path = FullPath(given);
+    if (!IsFile(path)) {
+        throw HostError(ExitCode::BadInput,
+                        "there is no plug-in '" + given + "'; name the DLL's file with --plugin");
+    }
+    return path;
+}
+
+std::unique_ptr<Surroundings> MakeSurroundings(const Options& options, const Suite& suite,
+                                               Screen& screen) {
+    if (options.machine.empty()) {
+        return std::make_unique<ThisComputer>(options.keptState, screen);
+    }
+    return std::make_unique<SimulatedSurroundings>(LoadMachineFile(options.machine),
+                                                   options.machine, suite);
+}
+
+void CheckScript(const std::vector<Happening>& script, const Surroundings& surroundings) {
+    for (const Happening& happening : script) {
+        surroundings.Check(happening);
+    }
+}
+
+TextLines Heading(const Options& options, const std::wstring& plugin,
+                  const Surroundings& surroundings) {
+    TextTable table;
+    table.rows.push_back({"plug-in", standins::ToUtf8(plugin)});
+    table.rows.push_back({"runs on", surroundings.Describe()});
+    table.rows.push_back({"for", FormatMachineTime(options.duration) + " of machine time"});
+    if (!options.script.empty()) {
+        table.rows.push_back({"script", options.script});
+    }
+    TextLines lines = FormatTable(table);
+    lines.emplace_back();
+    return lines;
+}
+
+/// Happenings that the run does not reach would be missed without a word.
+void NoteUnreached(const std::vector<Happening>& script, std::chrono::seconds duration,
+                   Screen& screen) {
+    const auto unreached = std::count_if(script.begin(), script.end(),
+                                         [&](const Happening& one) { return one.at >= duration; });
+    if (unreached != 0) {
+        screen.Line(LineKind::Note, std::to_string(unreached) + " of " +
+                                        std::to_string(script.size()) +
+                                        " happenings come after the end of the run");
+    }
+}
+
+TextLines Closing(const RunObserver& observer, const RunClock& clock, const Options& options) {
+    TextLines lines{"", "Ran " + FormatMachineTime(*clock.Elapsed()) + " of machine time"};
+    lines.emplace_back();
+    const TextLines summary = observer.Summary();
+    lines.insert(lines.end(), summary.begin(), summary.end());
+    if (!options.events.empty()) {
+        lines.push_back("Every event is in " + options.events);
+    }
+    if (!options.log.empty()) {
+        lines.push_back("Every log line is in " + options.log);
+    }
+    return lines;
+}
+
+}  // namespace
+
+void RunHost(const Options& options) {
+    RunClock clock;
+    Screen screen(clock, options.quiet ? Screen::Detail::SummaryOnly : Screen::Detail::Everything);
+
+    // Everything that may be wrong is looked at before anything is changed.
+    const std::vector<Happening> script =
+        options.script.empty() ? std::vector<Happening>() : LoadScript(options.script);
+    const Suite suite(OwnFolder());
+    const std::wstring plugin = FindPlugin(options.plugin);
+    const std::unique_ptr<Surroundings> surroundings = MakeSurroundings(options, suite, screen);
+    CheckScript(script, *surroundings);
+    OutputFiles files(options);
+
+    if (!options.quiet) {
+        screen.Text(Heading(options, plugin, *surroundings));
+    }
+    screen.Line(LineKind::Step,
+                "Loaded ZedPluginsManager.dll and the other libraries of the suite");
+    const StopSignal stopSignal;
+    RunObserver observer(suite, clock, screen, Story::StatusInterval(options.duration).has_value());
+    NoteUnreached(script, options.duration, screen);
+    surroundings->Prepare();
+    files.Open(suite);
+    Story({suite, plugin, *surroundings, clock, screen, observer, stopSignal})
+        .Play(options.duration, script);
+    screen.Text(Closing(observer, clock, options));
+}
+
+}  // namespace host

@@ -1,0 +1,135 @@
+#include "host/options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdint>
+
+#include "host/host_error.h"
+
+namespace host {
+namespace {
+
+constexpr char kDescription[] =
+    "Loads the plug-in as the suite's host does, lets it run, and shows what it logs and sends.";
+
+constexpr char kFooter[] =
+    R"(How long a run lasts is machine time. With --days or --hours, ./dev run puts everything on a fast
+clock, on which a day takes two or three seconds; the program by itself waits in real time.
+
+Examples:
+  ./dev run                                  start, see the first reports, stop
+  ./dev run --days 7 --events week.ndjson    a week on the fast clock, with a record of all events
+  ./dev run --seconds 10 --machine laptop.json --script story.jsonl
+                                             a described machine and timed happenings
+
+Ctrl-C ends a run early and in order. The exit code is 0 when everything ran in order, 1 when the
+plug-in did not load, start or stop as it should, and 2 when an option or a file is wrong. Machine
+files, the script language and the rest: docs/host.md
+)";
+
+/// A hundred years: more is a slip of the finger.
+constexpr std::int64_t kMaxDays = 36500;
+
+struct Duration {
+    std::int64_t days = 0;
+    std::int64_t hours = 0;
+    std::int64_t seconds = 0;
+};
+
+void AddDurationOption(CLI::App& app, const char* name, std::int64_t& value, std::int64_t most,
+                       const char* description) {
+    const auto check = [most](const std::string& text) {
+        std::int64_t number = 0;
+        return CLI::detail::lexical_cast(text, number) && number >= 0 && number <= most
+                   ? std::string()
+                   : "'" + text + "' is not a whole number from 0 to " + std::to_string(most);
+    };
+    app.add_option(name, value, description)
+        ->check(CLI::Validator(check, ""))
+        ->type_name("N")
+        ->group("How long");
+}
+
+constexpr char kSeeHelp[] = "; see tallyport_host --help";
+
+/// `unknown` are those arguments that the library could make nothing of, in no certain order.
+HostError UnknownArgument(const std::vector<std::string>& arguments,
+                          const std::vector<std::string>& unknown) {
+    const std::string first =
+        *std::find_first_of(arguments.begin(), arguments.end(), unknown.begin(), unknown.end());
+    return HostError(ExitCode::BadInput, "there is no option '" + first + "'" + kSeeHelp);
+}
+
+/// The library's messages may have several lines and name no way out.
+HostError BadOption(const CLI::ParseError& error) {
+    std::string message = error.what();
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    return HostError(ExitCode::BadInput, message + kSeeHelp);
+}
+
+}  // namespace
+
+std::optional<Options> ParseOptions(const std::vector<std::string>& arguments, std::ostream& help) {
+    Options options;
+    Duration duration;
+    bool keepState = false;
+    bool fresh = false;
+
+    CLI::App app(kDescription, "tallyport_host");
+    app.footer(kFooter);
+    app.set_help_flag();  // Listed where it is added, which is to be the end.
+    AddDurationOption(app, "--days", duration.days, kMaxDays, "Run N days");
+    AddDurationOption(app, "--hours", duration.hours, kMaxDays * 24, "Run N hours");
+    AddDurationOption(app, "--seconds", duration.seconds, kMaxDays * 86400,
+                      "Run N seconds. The three add up; without any of them a run takes 5 seconds");
+
+    const auto addFile = [&](const char* name, std::string& path, const char* group,
+                             const char* description) {
+        app.add_option(name, path, description)->type_name("FILE")->group(group);
+    };
+    addFile("--plugin", options.plugin, "What runs",
+            "The plug-in; without it TallyportPlugin.dll beside this program");
+    addFile(
+        "--machine", options.machine, "What runs",
+        "Let the plug-in see the machine that this JSON file describes instead of this computer");
+    addFile("--script", options.script, "What runs",
+            "Play the timed happenings of this file, one JSON object per line");
+    addFile("--events", options.events, "What is written",
+            "Record every event, one JSON object per line; replaces an existing file");
+    addFile("--log", options.log, "What is written",
+            "Write every log line; replaces an existing file");
+    app.add_flag("--quiet", options.quiet, "Show the summary only")->group("What is written");
+
+    auto* const keep = app.add_flag("--keep-state", keepState,
+                                    "Leave the values that the plug-in keeps in the registry "
+                                    "between its runs as they are (always so on Windows)");
+    auto* const remove = app.add_flag("--fresh", fresh,
+                                      "Remove those values first, so that every report is due "
+                                      "(always so under Wine)");
+    keep->group("Registry")->excludes(remove);
+    remove->group("Registry");
+
+    app.set_help_flag("--help,-h", "Show this text")->group("Other");
+
+    try {
+        // The library takes them last to first.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::CallForHelp&) {
+        help << app.help();
+        return std::nullopt;
+    } catch (const CLI::ExtrasError&) {
+        throw UnknownArgument(arguments, app.remaining());
+    } catch (const CLI::ParseError& error) {
+        throw BadOption(error);
+    }
+    if (app.count("--days") + app.count("--hours") + app.count("--seconds") != 0) {
+        options.duration = std::chrono::hours(duration.days * 24 + duration.hours) +
+                           std::chrono::seconds(duration.seconds);
+    }
+    options.keptState = keepState ? KeptState::Keep
+                        : fresh   ? KeptState::Remove
+                                  : KeptState::Automatic;
+    return options;
+}
+
+}  // namespace host

@@ -1,0 +1,123 @@
+#include "host/plugin_session.h"
+
+#include <utility>
+
+#include "host/files.h"
+#include "host/host_error.h"
+#include "host/patience.h"
+#include "host/win32_error.h"
+#include "standins/common/text.h"
+
+namespace host {
+namespace {
+
+std::string FileNameOf(const std::wstring& path) {
+    return standins::ToUtf8(path.substr(path.find_last_of(L"\\/") + 1));
+}
+
+}  // namespace
+
+PluginSession::PluginSession(const Suite& theSuite, std::wstring thePath,
+                             Surroundings& theSurroundings, Screen& theScreen)
+    : suite(theSuite), path(std::move(thePath)), surroundings(theSurroundings), screen(theScreen) {
+    screen.Line(LineKind::Step, "Load " + FileNameOf(path));
+    const std::size_t registeredBefore = suite.registeredPlugins();
+    module.Reset(LoadLibraryW(path.c_str()));
+    if (!module) {
+        const DWORD error = GetLastError();
+        const std::string advice =
+            error == ERROR_MOD_NOT_FOUND ? "; a library that it needs is missing"
+            : error == ERROR_DLL_INIT_FAILED
+                ? "; its entry point refused, as it does without a plug-in manager"
+                : "; is it a 64-bit Windows library?";
+        throw HostError(ExitCode::RunFailed, "cannot load the plug-in '" + standins::ToUtf8(path) +
+                                                 "': " + Win32ErrorText(error) + advice);
+    }
+    FindRegistration(registeredBefore);
+    screen.Line(LineKind::Step, "It registered itself as " + registration->id);
+    surroundings.Enter(module.Get());
+}
+
+PluginSession::~PluginSession() {
+    // The failure that brought us here is the one to be told; those of the clean-up are lost.
+    for (const auto step : {&PluginSession::Stop, &PluginSession::Unload}) {
+        try {
+            (this->*step)();
+        } catch (const HostError&) {
+            continue;
+        }
+    }
+}
+
+void PluginSession::FindRegistration(std::size_t registeredBefore) {
+    const std::size_t registered = suite.registeredPlugins();
+    if (registered > registeredBefore) {
+        registration = suite.registeredPlugin(registered - 1);
+    }
+    if (registration == nullptr) {
+        throw HostError(ExitCode::RunFailed, "'" + standins::ToUtf8(path) +
+                                                 "' registered no plug-in with the manager when it "
+                                                 "was loaded; is it a plug-in?");
+    }
+    if (!registration->factory) {
+        throw HostError(ExitCode::RunFailed, "'" + standins::ToUtf8(path) +
+                                                 "' registered no factory; it cannot be created");
+    }
+}
+
+void PluginSession::Start(RunClock& clock) {
+    const auto demand = [&](bool success, const char* step) {
+        if (!success) {
+            throw HostError(ExitCode::RunFailed, std::string("the plug-in's ") + step + " failed");
+        }
+    };
+    screen.Line(LineKind::Step, "Create it through its factory");
+    plugin = registration->factory();
+    demand(plugin != nullptr, "factory");
+    screen.Line(LineKind::Step, "Initialize");
+    initialized = plugin->Initialize();
+    demand(initialized, "Initialize");
+    clock.Start();
+    screen.Line(LineKind::Step, "Start");
+    started = plugin->Start();
+    demand(started, "Start");
+    screen.Line(LineKind::Step, "Started");
+}
+
+void PluginSession::Stop() {
+    std::string failed;
+    if (started) {
+        screen.Line(LineKind::Step, "Stop");
+        failed = plugin->Stop() ? "" : "Stop";
+        started = false;
+        screen.Line(LineKind::Step, "Stopped");
+    }
+    if (initialized) {
+        screen.Line(LineKind::Step, "Uninitialize");
+        if (!plugin->Uninitialize() && failed.empty()) {
+            failed = "Uninitialize";
+        }
+        initialized = false;
+    }
+    // The last reference goes here, while the code of its deleter is still loaded.
+    plugin.reset();
+    if (!failed.empty()) {
+        throw HostError(ExitCode::RunFailed, "the plug-in's " + failed + " failed");
+    }
+}
+
+void PluginSession::Unload() {
+    if (!module) {
+        return;
+    }
+    screen.Line(LineKind::Step, "Unload " + FileNameOf(path));
+    surroundings.Leave();
+    module.Reset();
+    // Threads of the plug-in that are about to end keep it in memory.
+    if (!WaitPatiently([&] { return GetModuleHandleW(path.c_str()) == nullptr; })) {
+        throw HostError(ExitCode::RunFailed,
+                        "the plug-in stays loaded after Stop: a thread of it is still running");
+    }
+}
+
+}  // namespace host

@@ -1,0 +1,68 @@
+// Listens to everything that the plug-in says.
+#pragma once
+
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "host/device_list.h"
+#include "host/event_summary.h"
+#include "host/run_clock.h"
+#include "host/screen.h"
+#include "host/suite.h"
+#include "host/tick_schedule.h"
+
+namespace host {
+
+/// While it lives, log lines, events and warnings of the suite's libraries go to the screen, and it
+/// remembers what the summary needs. Safe to use from any thread.
+class RunObserver {
+public:
+    /// With `foldsRepeats`, a log line that was shown already since the last status is only
+    /// counted.
+    RunObserver(const Suite& theSuite, const RunClock& theClock, Screen& theScreen,
+                bool foldsRepeats);
+    ~RunObserver();
+    RunObserver(const RunObserver&) = delete;
+    RunObserver& operator=(const RunObserver&) = delete;
+
+    /// When the plug-in runs next and how many lines were folded since the last call.
+    std::string Status();
+
+    /// Whether the plug-in registered the hourly report, for which it starts its device monitor.
+    bool HasHourlyReport() const;
+    /// How long ago the plug-in registered a timer or its timer's thread began a wait.
+    std::chrono::milliseconds SinceTimerLine() const;
+
+    /// The plug-in was stopped.
+    void OnStopped();
+
+    /// What the run sent.
+    TextLines Summary() const;
+
+private:
+    static void OnLogLine(void* context, int level, const wchar_t* text);
+    static void OnEvent(void* context, int eventId, const XeEventField* fields, size_t fieldCount);
+    static void OnWarning(void* context, const char* text);
+
+    void Add(int level, const std::wstring& line);
+    void Add(const SentEvent& event);
+    /// Zero before the plug-in's first Start.
+    std::chrono::seconds Now() const;
+
+    const Suite& suite;
+    const RunClock& clock;
+    Screen& screen;
+    const bool foldRepeats;
+
+    mutable std::mutex mutex;
+    TickSchedule schedule;
+    std::chrono::steady_clock::time_point lastTimerLine{};
+    EventSummary summary;
+    DeviceLists deviceLists;
+    std::set<std::wstring> linesShown;  ///< Since the last status.
+    std::size_t linesFolded = 0;        ///< Since the last status.
+};
+
+}  // namespace host

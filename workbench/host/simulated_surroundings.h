@@ -1,0 +1,42 @@
+// A machine out of a file.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/simulated_registry.h"
+#include "host/suite.h"
+#include "host/surroundings.h"
+#include "simulation/machine.h"
+#include "simulation/simulated_machine.h"
+
+namespace host {
+
+/// The plug-in sees the described machine: its calls of the operating system are redirected, the
+/// suite's libraries answer as the file says, and the registry is one of its own that ends with the
+/// run. What changes during the run survives a restart of the plug-in.
+class SimulatedSurroundings final : public Surroundings {
+public:
+    /// `file` is for messages. `theSuite` must outlive the object.
+    SimulatedSurroundings(simulation::Machine described, std::string file, const Suite& theSuite);
+
+    std::string Describe() const override;
+    void Check(const Happening& happening) const override;
+    void Prepare() override;
+    void Enter(HMODULE plugin) override;
+    void Leave() override;
+    void Perform(const SetSwitch& action) override;
+    void Perform(const PlugDevice& action) override;
+
+private:
+    void PrepareRegistry();
+
+    simulation::Machine machine;  ///< Moves into the simulation while that lasts.
+    const std::string path;
+    const Suite& suite;
+    SimulatedRegistry registry;
+    const std::wstring consoleUserSid;  ///< Empty when nobody is logged on.
+    std::optional<simulation::SimulatedMachine> simulated;
+};
+
+}  // namespace host

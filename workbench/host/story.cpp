@@ -1,0 +1,132 @@
+#include "host/story.h"
+
+#include <algorithm>
+
+#include "host/monitor_window.h"
+#include "host/patience.h"
+
+namespace host {
+
+using std::chrono::hours;
+using std::chrono::minutes;
+using std::chrono::seconds;
+
+std::optional<seconds> Story::StatusInterval(seconds duration) {
+    if (duration <= minutes(1)) {
+        return std::nullopt;
+    }
+    if (duration <= hours(1)) {
+        return minutes(1);
+    }
+    return duration <= hours(24) ? hours(1) : hours(24);
+}
+
+Story::~Story() {
+    if (session) {
+        LetTimerSettle();
+    }
+}
+
+void Story::Play(seconds duration, const std::vector<Happening>& script) {
+    StartPlugin();
+    ShowStatus();
+    const std::optional<seconds> interval = StatusInterval(duration);
+    seconds nextStatus = interval.value_or(duration);
+    auto happening = script.begin();
+    Course course = Course::GoesOn;
+    while (course == Course::GoesOn) {
+        const seconds nextHappening = happening == script.end() ? duration : happening->at;
+        if (std::min(nextStatus, nextHappening) >= duration) {
+            WaitUntil(duration);
+            break;
+        }
+        if (nextHappening <= nextStatus) {
+            course = WaitUntil(nextHappening);
+            course = course == Course::GoesOn ? Perform(*happening++) : course;
+        } else {
+            course = WaitUntil(nextStatus);
+            ShowStatus();
+            nextStatus += *interval;
+        }
+    }
+    StopPlugin();
+}
+
+void Story::StartPlugin() {
+    session = std::make_unique<PluginSession>(stage.suite, stage.pluginPath, stage.surroundings,
+                                              stage.screen);
+    session->Start(stage.clock);
+    // A Stop that finds no monitor window leaves the monitor running for good.
+    if (stage.observer.HasHourlyReport()) {
+        WaitForMonitorWindow();
+    }
+}
+
+void Story::LetTimerSettle() {
+    // A Stop that finds the timer's thread right before a wait takes effect after that wait only.
+    constexpr std::chrono::milliseconds kTimeToReachTheWait(300);
+    WaitPatiently([&] { return stage.observer.SinceTimerLine() >= kTimeToReachTheWait; });
+}
+
+void Story::StopPlugin() {
+    LetTimerSettle();
+    session->Stop();
+    stage.observer.OnStopped();
+    session->Unload();
+    session.reset();
+}
+
+Story::Course Story::WaitUntil(seconds time) {
+    // A wait of the system's may end a little early.
+    for (;;) {
+        const auto left = stage.clock.Until(time);
+        if (stage.stopSignal.WaitFor(left)) {
+            stage.screen.Line(LineKind::Note, "Ctrl-C: the run ends early");
+            return Course::Ends;
+        }
+        if (left.count() == 0) {
+            return Course::GoesOn;
+        }
+    }
+}
+
+Story::Course Story::Perform(const Happening& happening) {
+    stage.screen.Line(LineKind::Script, happening.text + " (" + happening.place + ")");
+    struct Performer {
+        Story& story;
+
+        Course operator()(const FireFirmwareEvent& action) const {
+            if (story.stage.suite.fireFirmwareEvent(action.code) == 0) {
+                story.stage.screen.Line(LineKind::Note, "Nobody is subscribed to firmware events");
+            }
+            return Course::GoesOn;
+        }
+        Course operator()(const SetSwitch& action) const {
+            story.stage.surroundings.Perform(action);
+            return Course::GoesOn;
+        }
+        Course operator()(const SetConsent& action) const {
+            story.stage.suite.setConsent(action.answer.c_str());
+            return Course::GoesOn;
+        }
+        Course operator()(const SetFeature& action) const {
+            story.stage.suite.setFeature(action.name.c_str(), action.value);
+            return Course::GoesOn;
+        }
+        Course operator()(const PlugDevice& action) const {
+            story.stage.surroundings.Perform(action);
+            return Course::GoesOn;
+        }
+        Course operator()(const RestartPlugin&) const {
+            story.StopPlugin();
+            story.StartPlugin();
+            return Course::GoesOn;
+        }
+        Course operator()(const StopRun&) const { return Course::Ends; }
+    };
+    return std::visit(Performer{*this}, happening.action);
+}
+
+void Story::ShowStatus() { stage.screen.Line(LineKind::Wait, stage.observer.Status()); }
+
+}  // namespace host

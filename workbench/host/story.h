@@ -1,0 +1,58 @@
+// The time between Start and Stop.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <vector>
+
+#include "host/plugin_session.h"
+#include "host/run_observer.h"
+#include "host/script.h"
+#include "host/stop_signal.h"
+
+namespace host {
+
+/// What a story plays with. Everything must outlive it.
+struct Stage {
+    const Suite& suite;
+    const std::wstring& pluginPath;
+    Surroundings& surroundings;
+    RunClock& clock;
+    Screen& screen;
+    RunObserver& observer;
+    const StopSignal& stopSignal;
+};
+
+/// Runs the plug-in for a time and plays the script meanwhile. One thread.
+class Story {
+public:
+    explicit Story(const Stage& theStage) : stage(theStage) {}
+    /// Takes the plug-in down if Play could not.
+    ~Story();
+    Story(const Story&) = delete;
+    Story& operator=(const Story&) = delete;
+
+    /// Returns when the plug-in is unloaded: after `duration` of machine time, or when the script
+    /// or Ctrl-C ends the run. Throws HostError.
+    void Play(std::chrono::seconds duration, const std::vector<Happening>& script);
+
+    /// How often a run of that length shows its status; nothing for short ones.
+    static std::optional<std::chrono::seconds> StatusInterval(std::chrono::seconds duration);
+
+private:
+    enum class Course { GoesOn, Ends };
+
+    void StartPlugin();
+    void StopPlugin();
+    /// Waits until the plug-in's timer can be stopped.
+    void LetTimerSettle();
+    /// Waits until machine time; `Ends` when Ctrl-C came meanwhile.
+    Course WaitUntil(std::chrono::seconds time);
+    Course Perform(const Happening& happening);
+    void ShowStatus();
+
+    const Stage stage;
+    std::unique_ptr<PluginSession> session;
+};
+
+}  // namespace host

@@ -1,0 +1,36 @@
+// What the plug-in runs in: this computer, or a machine out of a file.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "host/script.h"
+
+namespace host {
+
+/// The part of a run that differs between a real and a simulated machine. One thread.
+class Surroundings {
+public:
+    virtual ~Surroundings() = default;
+
+    /// "this computer (Wine 8.0)".
+    virtual std::string Describe() const = 0;
+
+    /// Throws HostError when a happening is impossible here. Called for the whole script before
+    /// anything starts.
+    virtual void Check(const Happening& happening) const = 0;
+
+    /// Once, before the plug-in is loaded for the first time.
+    virtual void Prepare() = 0;
+
+    /// Right after the plug-in was loaded, each time.
+    virtual void Enter(HMODULE plugin) = 0;
+    /// Right before it is unloaded. No thread of the plug-in runs any more.
+    virtual void Leave() = 0;
+
+    virtual void Perform(const SetSwitch& action) = 0;
+    virtual void Perform(const PlugDevice& action) = 0;
+};
+
+}  // namespace host

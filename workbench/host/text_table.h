@@ -1,0 +1,25 @@
+// Columns of text.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+using TextLines = std::vector<std::string>;
+
+/// A table without frame.
+struct TextTable {
+    std::vector<std::vector<std::string>> rows;
+    std::vector<std::size_t> rightAligned;  ///< Column indexes, for numbers.
+};
+
+/// One line per row, the columns aligned and two blanks apart, without blanks at the end. Texts are
+/// UTF-8; East Asian wide characters count as two columns.
+TextLines FormatTable(const TextTable& table);
+
+/// The same text without control characters, which would disturb a console: each becomes "\x1b".
+std::string Printable(std::string_view text);
+
+}  // namespace host

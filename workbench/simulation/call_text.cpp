@@ -1,0 +1,61 @@
+#include "simulation/call_text.h"
+
+#include <cinttypes>
+#include <cstdio>
+
+namespace simulation {
+
+std::string ToUtf8(std::wstring_view text) {
+    const int units = static_cast<int>(text.size());
+    const int bytes = units == 0 ? 0
+                                 : WideCharToMultiByte(CP_UTF8, 0, text.data(), units, nullptr, 0,
+                                                       nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(bytes), '\0');
+    if (bytes != 0) {
+        WideCharToMultiByte(CP_UTF8, 0, text.data(), units, result.data(), bytes, nullptr, nullptr);
+    }
+    return result;
+}
+
+std::wstring FromUtf8(std::string_view text) {
+    const int bytes = static_cast<int>(text.size());
+    const int units =
+        bytes == 0 ? 0 : MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, nullptr, 0);
+    std::wstring result(static_cast<std::size_t>(units), L'\0');
+    if (units != 0) {
+        MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, result.data(), units);
+    }
+    return result;
+}
+
+std::string GuidText(const GUID& guid) {
+    char text[40];
+    std::snprintf(text, sizeof(text), "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
+                  static_cast<unsigned>(guid.Data1), guid.Data2, guid.Data3, guid.Data4[0],
+                  guid.Data4[1], guid.Data4[2], guid.Data4[3], guid.Data4[4], guid.Data4[5],
+                  guid.Data4[6], guid.Data4[7]);
+    return text;
+}
+
+std::string CallText(const wchar_t* text) { return text == nullptr ? "null" : ToUtf8(text); }
+
+std::string CallText(const char* text) { return text == nullptr ? "null" : text; }
+
+std::string CallText(const GUID& guid) { return GuidText(guid); }
+
+std::string CallText(const LUID& luid) {
+    return std::to_string(luid.HighPart) + ":" + std::to_string(luid.LowPart);
+}
+
+std::string CallText(const void* pointer) {
+    if (pointer == nullptr) {
+        return "null";
+    }
+    char text[24];
+    std::snprintf(text, sizeof(text), "0x%" PRIXPTR, reinterpret_cast<std::uintptr_t>(pointer));
+    return text;
+}
+
+std::string CallText(std::nullptr_t) { return "null"; }
+
+}  // namespace simulation

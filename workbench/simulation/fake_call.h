@@ -1,0 +1,113 @@
+// What every fake of an OS call has in common: journal, fault plan, last error.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "simulation/call_text.h"
+#include "simulation/own_work.h"
+#include "simulation/simulated_machine.h"
+
+namespace simulation {
+
+/// One call of a fake, from its first to its last statement:
+///
+///     BOOL WINAPI FakeClosePrinter(HANDLE printer) {
+///         FakeCall call("ClosePrinter");
+///         call.Argument("printer", printer);
+///         if (call.PlannedFault()) {
+///             return call.Fails(FALSE);
+///         }
+///         if (!call.world().ledger.Release(ResourceKind::Printer, printer)) {
+///             return call.Fails(FALSE, ERROR_INVALID_HANDLE);
+///         }
+///         return call.Returns(TRUE);
+///     }
+///
+/// The journal gets the call's number at construction and its arguments and result at the end. The
+/// thread's last error is left as the caller had it, except by Fails and PassTo. Ends the process
+/// with a message when no simulated machine is in force.
+class FakeCall {
+public:
+    explicit FakeCall(const char* function);
+    ~FakeCall();
+    FakeCall(const FakeCall&) = delete;
+    FakeCall& operator=(const FakeCall&) = delete;
+
+    World& world() { return theWorld; }
+
+    /// Pass a buffer that the call is to fill as `const void*`: its text means nothing yet.
+    template <class Value>
+    void Argument(const char* name, const Value& value) {
+        arguments.push_back({name, CallText(value)});
+    }
+
+    /// The failure planned for this call; its `variant` says how to fail.
+    const std::optional<Fault>& PlannedFault() const { return fault; }
+
+    /// Success; the last error stays.
+    template <class Result>
+    Result Returns(Result result) {
+        resultText = CallText(result);
+        return result;
+    }
+
+    /// Failure with `error` as the last error.
+    template <class Result>
+    Result Fails(Result result, DWORD error) {
+        journalError = error;
+        lastError = error;
+        return Returns(result);
+    }
+
+    /// Failure as planned.
+    template <class Result>
+    Result Fails(Result result) {
+        return Fails(result, fault.value().error);
+    }
+
+    /// For functions that return their error number and do not touch the last error.
+    template <class Status>
+    Status ReturnsStatus(Status status) {
+        journalError = static_cast<DWORD>(status);
+        return Returns(status);
+    }
+
+    /// The planned failure of such a function.
+    template <class Status>
+    Status FailsWithStatus() {
+        return ReturnsStatus(static_cast<Status>(fault.value().error));
+    }
+
+    /// Lets the system itself do it. The last error becomes the one that the system leaves; the
+    /// journal takes it for a failure when the result is zero.
+    template <class Function, class... Arguments>
+    auto PassTo(Function* real, Arguments... realArguments) {
+        SetLastError(lastError);
+        if constexpr (std::is_void_v<decltype(real(realArguments...))>) {
+            real(realArguments...);
+            lastError = GetLastError();
+        } else {
+            const auto result = real(realArguments...);
+            lastError = GetLastError();
+            journalError = result == decltype(real(realArguments...)){} ? lastError : 0;
+            return Returns(result);
+        }
+    }
+
+private:
+    DWORD lastError;  ///< First, so that nothing gets to change it before it is saved.
+    OwnWork ownWork;
+    World& theWorld;
+    std::uint64_t sequence;
+    std::optional<Fault> fault;
+    std::vector<CallArgument> arguments;
+    std::string resultText;
+    DWORD journalError = 0;
+};
+
+}  // namespace simulation

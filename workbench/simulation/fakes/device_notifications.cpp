@@ -1,0 +1,58 @@
+#include "simulation/fakes/device_notifications.h"
+
+#include <windows.h>
+// windows.h has to come first.
+#include <dbt.h>
+
+#include "simulation/fake_call.h"
+
+namespace simulation {
+namespace {
+
+decltype(::RegisterDeviceNotificationW)* realRegisterDeviceNotificationW = nullptr;
+decltype(::UnregisterDeviceNotification)* realUnregisterDeviceNotification = nullptr;
+
+HDEVNOTIFY WINAPI FakeRegisterDeviceNotificationW(HANDLE recipient, void* filter, DWORD flags) {
+    FakeCall call("RegisterDeviceNotificationW");
+    call.Argument("recipient", recipient);
+    const auto* header = static_cast<const DEV_BROADCAST_HDR*>(filter);
+    call.Argument("filterSize", header->dbch_size);
+    call.Argument("deviceType", header->dbch_devicetype);
+    if (header->dbch_devicetype == DBT_DEVTYP_DEVICEINTERFACE) {
+        call.Argument("interfaceClass",
+                      static_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(filter)->dbcc_classguid);
+    }
+    call.Argument("flags", flags);
+    if (call.PlannedFault()) {
+        return call.Fails<HDEVNOTIFY>(nullptr);
+    }
+    const HDEVNOTIFY notification =
+        call.PassTo(realRegisterDeviceNotificationW, recipient, filter, flags);
+    if (notification != nullptr) {
+        call.world().ledger.Adopt(ResourceKind::Notification, notification);
+    }
+    return notification;
+}
+
+BOOL WINAPI FakeUnregisterDeviceNotification(HDEVNOTIFY notification) {
+    FakeCall call("UnregisterDeviceNotification");
+    call.Argument("notification", notification);
+    if (call.PlannedFault()) {
+        return call.Fails(FALSE);
+    }
+    call.world().ledger.Release(ResourceKind::Notification, notification);
+    return call.PassTo(realUnregisterDeviceNotification, notification);
+}
+
+}  // namespace
+
+void InstallDeviceNotificationFakes(ImportRedirection& redirection) {
+    realRegisterDeviceNotificationW =
+        redirection.RedirectIfImported<decltype(::RegisterDeviceNotificationW)>(
+            "RegisterDeviceNotificationW", FakeRegisterDeviceNotificationW);
+    realUnregisterDeviceNotification =
+        redirection.RedirectIfImported<decltype(::UnregisterDeviceNotification)>(
+            "UnregisterDeviceNotification", FakeUnregisterDeviceNotification);
+}
+
+}  // namespace simulation

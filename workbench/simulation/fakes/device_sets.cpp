@@ -1,0 +1,116 @@
+#include "simulation/fakes/device_sets.h"
+
+#include <cstring>
+#include <map>
+
+#include "simulation/fakes/common.h"
+#include "simulation/fakes/device_nodes.h"
+#include "simulation/well_known.h"
+
+namespace simulation {
+namespace {
+
+struct OpenSets {
+    std::map<HDEVINFO, DeviceSet> sets;
+};
+
+GUID SetupClassOf(const Device& device) {
+    GUID setupClass{};
+    for (const DeviceProperty& property : device.properties) {
+        if (SameKey(property.key, kClassGuidKey) && property.bytes.size() == sizeof(setupClass)) {
+            std::memcpy(&setupClass, property.bytes.data(), sizeof(setupClass));
+        }
+    }
+    return setupClass;
+}
+
+/// An enumerator is the first piece of an id, "USB", or a whole id.
+bool ComesFrom(const Device& device, const wchar_t* enumerator) {
+    if (enumerator == nullptr) {
+        return true;
+    }
+    const std::wstring& id = device.instanceId;
+    return SameName(id, enumerator) || SameName(id.substr(0, id.find(L'\\')), enumerator);
+}
+
+}  // namespace
+
+DeviceSet SelectDevices(World& world, const GUID* classGuid, const wchar_t* enumerator,
+                        DWORD flags) {
+    const bool anyClass = (flags & DIGCF_ALLCLASSES) != 0;
+    const bool byInterface = (flags & DIGCF_DEVICEINTERFACE) != 0;
+    DeviceSet set;
+    for (const Device& device : world.machine.devices) {
+        if (!ComesFrom(device, enumerator) || ((flags & DIGCF_PRESENT) != 0 && !device.present)) {
+            continue;
+        }
+        const SetDevice candidate{device.instanceId, NodeNumber(world, device.instanceId),
+                                  SetupClassOf(device)};
+        if (!byInterface) {
+            if (anyClass || candidate.setupClass == *classGuid) {
+                set.devices.push_back(candidate);
+            }
+            continue;
+        }
+        const std::size_t index = set.devices.size();
+        for (const DeviceInterface& offered : device.interfaces) {
+            if (anyClass || offered.interfaceClass == *classGuid) {
+                set.interfaces.push_back(
+                    {index, offered.interfaceClass, offered.path, device.present});
+            }
+        }
+        if (!set.interfaces.empty() && set.interfaces.back().device == index) {
+            set.devices.push_back(candidate);
+        }
+    }
+    return set;
+}
+
+HDEVINFO OpenSet(World& world, DeviceSet set, std::string note) {
+    const HDEVINFO handle = world.ledger.Acquire(ResourceKind::DeviceSet, std::move(note));
+    world.FamilyState<OpenSets>().sets.emplace(handle, std::move(set));
+    return handle;
+}
+
+DeviceSet* FindSet(World& world, HDEVINFO handle) {
+    auto& sets = world.FamilyState<OpenSets>().sets;
+    const auto found = sets.find(handle);
+    return found == sets.end() ? nullptr : &found->second;
+}
+
+bool CloseSet(World& world, HDEVINFO handle) {
+    world.FamilyState<OpenSets>().sets.erase(handle);
+    return world.ledger.Release(ResourceKind::DeviceSet, handle);
+}
+
+void Describe(const DeviceSet& set, std::size_t index, SP_DEVINFO_DATA& data) {
+    data.ClassGuid = set.devices[index].setupClass;
+    data.DevInst = set.devices[index].node;
+    data.Reserved = index + 1;
+}
+
+void Describe(const DeviceSet& set, std::size_t index, SP_DEVICE_INTERFACE_DATA& data) {
+    data.InterfaceClassGuid = set.interfaces[index].interfaceClass;
+    data.Flags = set.interfaces[index].active ? SPINT_ACTIVE : 0;
+    data.Reserved = index + 1;
+}
+
+const SetDevice* FindDevice(const DeviceSet* set, const SP_DEVINFO_DATA* data) {
+    if (set == nullptr || data == nullptr || data->cbSize != sizeof(*data) || data->Reserved == 0 ||
+        data->Reserved > set->devices.size()) {
+        return nullptr;
+    }
+    const SetDevice& device = set->devices[data->Reserved - 1];
+    return device.node == data->DevInst ? &device : nullptr;
+}
+
+const SetInterface* FindInterface(const DeviceSet* set, const SP_DEVICE_INTERFACE_DATA* data) {
+    if (set == nullptr || data == nullptr || data->cbSize != sizeof(*data) || data->Reserved == 0 ||
+        data->Reserved > set->interfaces.size()) {
+        return nullptr;
+    }
+    const SetInterface& found = set->interfaces[data->Reserved - 1];
+    return found.interfaceClass == data->InterfaceClassGuid ? &found : nullptr;
+}
+
+}  // namespace simulation

@@ -1,0 +1,55 @@
+// Device information sets: what SetupAPI found when a set was opened.
+#pragma once
+
+#include <windows.h>
+// windows.h has to come first.
+#include <setupapi.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "simulation/simulated_machine.h"
+
+namespace simulation {
+
+struct SetDevice {
+    std::wstring instanceId;
+    DWORD node = 0;
+    GUID setupClass{};  ///< All zero when the device has none.
+};
+
+struct SetInterface {
+    std::size_t device = 0;  ///< Index of its device in the set.
+    GUID interfaceClass{};
+    std::wstring path;
+    bool active = true;
+};
+
+/// A set keeps what it found: devices that come and go later do not change it. It holds interfaces
+/// only of the class that it was opened for, and none when it was not opened for interfaces.
+struct DeviceSet {
+    std::vector<SetDevice> devices;
+    std::vector<SetInterface> interfaces;
+};
+
+/// Selects as SetupDiGetClassDevsW does. Under the world's lock.
+DeviceSet SelectDevices(World& world, const GUID* classGuid, const wchar_t* enumerator,
+                        DWORD flags);
+
+HDEVINFO OpenSet(World& world, DeviceSet set, std::string note);
+/// Null when no such set is open. Under the world's lock, as all below.
+DeviceSet* FindSet(World& world, HDEVINFO handle);
+/// False when no such set is open.
+bool CloseSet(World& world, HDEVINFO handle);
+
+/// The caller's structures carry a number that leads back into the set.
+void Describe(const DeviceSet& set, std::size_t index, SP_DEVINFO_DATA& data);
+void Describe(const DeviceSet& set, std::size_t index, SP_DEVICE_INTERFACE_DATA& data);
+
+/// What the caller's structure stands for; null when it is not one of this set's. `set` may be
+/// null.
+const SetDevice* FindDevice(const DeviceSet* set, const SP_DEVINFO_DATA* data);
+const SetInterface* FindInterface(const DeviceSet* set, const SP_DEVICE_INTERFACE_DATA* data);
+
+}  // namespace simulation

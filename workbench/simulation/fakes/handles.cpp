@@ -1,0 +1,40 @@
+#include "simulation/fakes/handles.h"
+
+#include "simulation/fake_call.h"
+
+namespace simulation {
+namespace {
+
+decltype(::CloseHandle)* realCloseHandle = nullptr;
+
+BOOL WINAPI FakeCloseHandle(HANDLE object) {
+    FakeCall call("CloseHandle");
+    call.Argument("object", object);
+    if (call.PlannedFault()) {
+        return call.Fails(FALSE);
+    }
+    ResourceLedger& ledger = call.world().ledger;
+    for (const ResourceKind simulated : {ResourceKind::File, ResourceKind::Token}) {
+        if (ledger.IsOpen(simulated, object)) {
+            ledger.Release(simulated, object);
+            return call.Returns(TRUE);
+        }
+    }
+    if (ResourceLedger::IsSimulatedHandle(object)) {
+        ledger.Release(ResourceKind::File, object);  // Not open: the ledger notes the error.
+        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
+    }
+    if (ledger.IsOpen(ResourceKind::Thread, object)) {
+        ledger.Release(ResourceKind::Thread, object);
+    }
+    return call.PassTo(realCloseHandle, object);
+}
+
+}  // namespace
+
+void InstallHandleFakes(ImportRedirection& redirection) {
+    realCloseHandle =
+        redirection.RedirectIfImported<decltype(::CloseHandle)>("CloseHandle", FakeCloseHandle);
+}
+
+}  // namespace simulation

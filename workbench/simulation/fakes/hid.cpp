@@ -1,0 +1,147 @@
+#include "simulation/fakes/hid.h"
+
+#include <windows.h>
+// windows.h has to come first. Not every header of it declares C linkage by itself.
+extern "C" {
+#include <hidsdi.h>
+}
+
+#include <cstring>
+#include <map>
+
+#include "simulation/fake_call.h"
+#include "simulation/fakes/common.h"
+
+namespace simulation {
+namespace {
+
+/// Interface path by file handle.
+struct OpenHidFiles {
+    std::map<HANDLE, std::wstring> paths;
+};
+
+decltype(::CreateFileW)* realCreateFileW = nullptr;
+decltype(::HidD_GetProductString)* realHidD_GetProductString = nullptr;
+decltype(::HidD_GetManufacturerString)* realHidD_GetManufacturerString = nullptr;
+
+struct InterfaceOfDevice {
+    const Device* device = nullptr;
+    const DeviceInterface* offered = nullptr;
+};
+
+InterfaceOfDevice FindInterface(const Machine& machine, const std::wstring& path) {
+    for (const Device& device : machine.devices) {
+        for (const DeviceInterface& offered : device.interfaces) {
+            if (SameName(offered.path, path)) {
+                return {&device, &offered};
+            }
+        }
+    }
+    return {};
+}
+
+/// Under the world's lock.
+HANDLE OpenInterface(FakeCall& call, const InterfaceOfDevice& found) {
+    if (!found.device->present || !found.offered->hid) {
+        return call.Fails<HANDLE>(INVALID_HANDLE_VALUE, ERROR_FILE_NOT_FOUND);
+    }
+    if (found.offered->hid->openError != ERROR_SUCCESS) {
+        return call.Fails<HANDLE>(INVALID_HANDLE_VALUE, found.offered->hid->openError);
+    }
+    World& world = call.world();
+    const HANDLE file = world.ledger.Acquire(ResourceKind::File, ToUtf8(found.offered->path));
+    world.FamilyState<OpenHidFiles>().paths[file] = found.offered->path;
+    return call.Returns(file);
+}
+
+HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share,
+                              SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                              HANDLE templateFile) {
+    FakeCall call("CreateFileW");
+    call.Argument("path", path);
+    call.Argument("access", access);
+    call.Argument("share", share);
+    call.Argument("security", security);
+    call.Argument("disposition", disposition);
+    call.Argument("flags", flags);
+    call.Argument("templateFile", templateFile);
+    if (call.PlannedFault()) {
+        return call.Fails<HANDLE>(INVALID_HANDLE_VALUE);
+    }
+    if (path != nullptr) {
+        const auto lock = call.world().Lock();
+        const InterfaceOfDevice found = FindInterface(call.world().machine, path);
+        if (found.device != nullptr) {
+            return OpenInterface(call, found);
+        }
+    }
+    const HANDLE file =
+        realCreateFileW(path, access, share, security, disposition, flags, templateFile);
+    return file == INVALID_HANDLE_VALUE ? call.Fails(file, GetLastError()) : call.Returns(file);
+}
+
+/// What is asked of an open device. `text` is the answer that the query is about.
+BOOLEAN AnswerText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
+                   std::optional<std::wstring> HidAnswers::*text) {
+    World& world = call.world();
+    if (!world.ledger.IsOpen(ResourceKind::File, file)) {
+        return call.Fails<BOOLEAN>(FALSE, ERROR_INVALID_HANDLE);
+    }
+    const auto lock = world.Lock();
+    const InterfaceOfDevice found =
+        FindInterface(world.machine, world.FamilyState<OpenHidFiles>().paths.at(file));
+    if (found.device == nullptr || !found.device->present || !found.offered->hid) {
+        return call.Fails<BOOLEAN>(FALSE, ERROR_DEVICE_NOT_CONNECTED);
+    }
+    const std::optional<std::wstring>& answer = *found.offered->hid.*text;
+    if (!answer) {
+        return call.Fails<BOOLEAN>(FALSE, ERROR_INVALID_PARAMETER);
+    }
+    const std::size_t needed = (answer->size() + 1) * sizeof(wchar_t);
+    if (buffer == nullptr || size < needed) {
+        return call.Fails<BOOLEAN>(FALSE, ERROR_INSUFFICIENT_BUFFER);
+    }
+    std::memcpy(buffer, answer->c_str(), needed);
+    return call.Returns<BOOLEAN>(TRUE);
+}
+
+/// Plans: SuccessWithNothing leaves the buffer as it is.
+BOOLEAN QueryText(FakeCall& call, decltype(::HidD_GetProductString)* real, HANDLE file,
+                  void* buffer, ULONG size, std::optional<std::wstring> HidAnswers::*text) {
+    call.Argument("file", file);
+    call.Argument("buffer", buffer);
+    call.Argument("size", size);
+    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+        return call.Returns<BOOLEAN>(TRUE);
+    }
+    if (call.PlannedFault()) {
+        return call.Fails<BOOLEAN>(FALSE);
+    }
+    return ResourceLedger::IsSimulatedHandle(file) ? AnswerText(call, file, buffer, size, text)
+                                                   : call.PassTo(real, file, buffer, size);
+}
+
+BOOLEAN NTAPI FakeHidD_GetProductString(HANDLE file, void* buffer, ULONG size) {
+    FakeCall call("HidD_GetProductString");
+    return QueryText(call, realHidD_GetProductString, file, buffer, size, &HidAnswers::product);
+}
+
+BOOLEAN NTAPI FakeHidD_GetManufacturerString(HANDLE file, void* buffer, ULONG size) {
+    FakeCall call("HidD_GetManufacturerString");
+    return QueryText(call, realHidD_GetManufacturerString, file, buffer, size,
+                     &HidAnswers::manufacturer);
+}
+
+}  // namespace
+
+void InstallHidFakes(ImportRedirection& redirection) {
+    realCreateFileW =
+        redirection.RedirectIfImported<decltype(::CreateFileW)>("CreateFileW", FakeCreateFileW);
+    realHidD_GetProductString = redirection.RedirectIfImported<decltype(::HidD_GetProductString)>(
+        "HidD_GetProductString", FakeHidD_GetProductString);
+    realHidD_GetManufacturerString =
+        redirection.RedirectIfImported<decltype(::HidD_GetManufacturerString)>(
+            "HidD_GetManufacturerString", FakeHidD_GetManufacturerString);
+}
+
+}  // namespace simulation

@@ -1,0 +1,11 @@
+// Version resources, answered from the machine's file versions: GetFileVersionInfoSizeW,
+// GetFileVersionInfoW, VerQueryValueW.
+#pragma once
+
+#include "simulation/import_redirection.h"
+
+namespace simulation {
+
+void InstallVersionInfoFakes(ImportRedirection& redirection);
+
+}  // namespace simulation

@@ -1,0 +1,219 @@
+#include "simulation/fakes/window_calls.h"
+
+#include <windows.h>
+
+#include <map>
+
+#include "simulation/fake_call.h"
+#include "simulation/fakes/common.h"
+
+namespace simulation {
+namespace {
+
+/// The ledger knows a window class by its atom; callers may name it instead.
+struct WindowClasses {
+    std::map<std::wstring, ATOM> atoms;
+};
+
+decltype(::RegisterClassW)* realRegisterClassW = nullptr;
+decltype(::UnregisterClassW)* realUnregisterClassW = nullptr;
+decltype(::CreateWindowExW)* realCreateWindowExW = nullptr;
+decltype(::DestroyWindow)* realDestroyWindow = nullptr;
+decltype(::DefWindowProcW)* realDefWindowProcW = nullptr;
+decltype(::GetMessageW)* realGetMessageW = nullptr;
+decltype(::PostMessageW)* realPostMessageW = nullptr;
+decltype(::PostQuitMessage)* realPostQuitMessage = nullptr;
+
+const void* AtomValue(ATOM atom) {
+    return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(atom));
+}
+
+/// A class is named by a text or by its atom.
+void ClassArgument(FakeCall& call, const wchar_t* className) {
+    if (IS_INTRESOURCE(className)) {
+        call.Argument("className", static_cast<const void*>(className));
+    } else {
+        call.Argument("className", className);
+    }
+}
+
+ATOM WINAPI FakeRegisterClassW(const WNDCLASSW* windowClass) {
+    FakeCall call("RegisterClassW");
+    call.Argument("style", windowClass->style);
+    call.Argument("procedure", windowClass->lpfnWndProc);
+    call.Argument("classBytes", windowClass->cbClsExtra);
+    call.Argument("windowBytes", windowClass->cbWndExtra);
+    call.Argument("instance", windowClass->hInstance);
+    call.Argument("icon", windowClass->hIcon);
+    call.Argument("cursor", windowClass->hCursor);
+    call.Argument("background", windowClass->hbrBackground);
+    call.Argument("menuName", static_cast<const void*>(windowClass->lpszMenuName));
+    ClassArgument(call, windowClass->lpszClassName);
+    if (call.PlannedFault()) {
+        return call.Fails<ATOM>(0);
+    }
+    const ATOM atom = call.PassTo(realRegisterClassW, windowClass);
+    if (atom != 0 && !IS_INTRESOURCE(windowClass->lpszClassName)) {
+        World& world = call.world();
+        const auto lock = world.Lock();
+        world.FamilyState<WindowClasses>().atoms[windowClass->lpszClassName] = atom;
+        world.ledger.Adopt(ResourceKind::WindowClass, AtomValue(atom),
+                           ToUtf8(windowClass->lpszClassName));
+    }
+    return atom;
+}
+
+BOOL WINAPI FakeUnregisterClassW(const wchar_t* className, HINSTANCE instance) {
+    FakeCall call("UnregisterClassW");
+    ClassArgument(call, className);
+    call.Argument("instance", instance);
+    if (call.PlannedFault()) {
+        return call.Fails(FALSE);
+    }
+    const BOOL unregistered = call.PassTo(realUnregisterClassW, className, instance);
+    if (unregistered != FALSE) {
+        World& world = call.world();
+        const auto lock = world.Lock();
+        const auto& atoms = world.FamilyState<WindowClasses>().atoms;
+        const auto known = IS_INTRESOURCE(className) ? atoms.end() : atoms.find(className);
+        world.ledger.Release(ResourceKind::WindowClass, known == atoms.end()
+                                                            ? static_cast<const void*>(className)
+                                                            : AtomValue(known->second));
+    }
+    return unregistered;
+}
+
+HWND WINAPI FakeCreateWindowExW(DWORD extendedStyle, const wchar_t* className, const wchar_t* title,
+                                DWORD style, int x, int y, int width, int height, HWND parent,
+                                HMENU menu, HINSTANCE instance, void* parameter) {
+    FakeCall call("CreateWindowExW");
+    call.Argument("extendedStyle", extendedStyle);
+    ClassArgument(call, className);
+    call.Argument("title", title);
+    call.Argument("style", style);
+    call.Argument("x", x);
+    call.Argument("y", y);
+    call.Argument("width", width);
+    call.Argument("height", height);
+    if (parent == HWND_MESSAGE) {
+        call.Argument("parent", "HWND_MESSAGE");
+    } else {
+        call.Argument("parent", parent);
+    }
+    call.Argument("menu", menu);
+    call.Argument("instance", instance);
+    call.Argument("parameter", parameter);
+    if (call.PlannedFault()) {
+        return call.Fails<HWND>(nullptr);
+    }
+    const HWND window = call.PassTo(realCreateWindowExW, extendedStyle, className, title, style, x,
+                                    y, width, height, parent, menu, instance, parameter);
+    if (window != nullptr) {
+        call.world().ledger.Adopt(ResourceKind::Window, window,
+                                  title == nullptr ? "" : ToUtf8(title));
+    }
+    return window;
+}
+
+/// A window may end in two ways: its procedure hands on the last message, or DestroyWindow returns.
+void ReleaseWindow(World& world, HWND window) {
+    if (world.ledger.IsOpen(ResourceKind::Window, window)) {
+        world.ledger.Release(ResourceKind::Window, window);
+    }
+}
+
+BOOL WINAPI FakeDestroyWindow(HWND window) {
+    FakeCall call("DestroyWindow");
+    call.Argument("window", window);
+    if (call.PlannedFault()) {
+        return call.Fails(FALSE);
+    }
+    const BOOL destroyed = call.PassTo(realDestroyWindow, window);
+    if (destroyed != FALSE) {
+        ReleaseWindow(call.world(), window);
+    }
+    return destroyed;
+}
+
+void MessageArguments(FakeCall& call, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    call.Argument("window", window);
+    call.Argument("message", message);
+    call.Argument("wParam", wParam);
+    call.Argument("lParam", lParam);
+}
+
+/// Knows no failure: what a zero means depends on the message.
+LRESULT WINAPI FakeDefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    FakeCall call("DefWindowProcW");
+    MessageArguments(call, window, message, wParam, lParam);
+    if (message == WM_NCDESTROY) {
+        ReleaseWindow(call.world(), window);
+    }
+    return call.Returns(realDefWindowProcW(window, message, wParam, lParam));
+}
+
+/// Plans: Fail returns -1 and leaves the message as it is. SuccessWithNothing hands out a message
+/// that nobody sent, to no window; its number is the planned one.
+BOOL WINAPI FakeGetMessageW(MSG* message, HWND window, UINT first, UINT last) {
+    FakeCall call("GetMessageW");
+    call.Argument("window", window);
+    call.Argument("first", first);
+    call.Argument("last", last);
+    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+        *message = {};
+        message->message = call.PlannedFault()->error;
+        call.Argument("message", message->message);
+        return call.Returns(TRUE);
+    }
+    if (call.PlannedFault()) {
+        return call.Fails(-1);
+    }
+    const BOOL result = realGetMessageW(message, window, first, last);
+    if (result == -1) {
+        return call.Fails(result, GetLastError());
+    }
+    call.Argument("message", message->message);
+    return call.Returns(result);
+}
+
+/// Plans: SuccessWithNothing posts nothing.
+BOOL WINAPI FakePostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    FakeCall call("PostMessageW");
+    MessageArguments(call, window, message, wParam, lParam);
+    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+        return call.Returns(TRUE);
+    }
+    if (call.PlannedFault()) {
+        return call.Fails(FALSE);
+    }
+    return call.PassTo(realPostMessageW, window, message, wParam, lParam);
+}
+
+void WINAPI FakePostQuitMessage(int exitCode) {
+    FakeCall call("PostQuitMessage");
+    call.Argument("exitCode", exitCode);
+    call.PassTo(realPostQuitMessage, exitCode);
+}
+
+}  // namespace
+
+void InstallWindowFakes(ImportRedirection& redirection) {
+    realRegisterClassW = redirection.RedirectIfImported<decltype(::RegisterClassW)>(
+        "RegisterClassW", FakeRegisterClassW);
+    realUnregisterClassW = redirection.RedirectIfImported<decltype(::UnregisterClassW)>(
+        "UnregisterClassW", FakeUnregisterClassW);
+    realCreateWindowExW = redirection.RedirectIfImported<decltype(::CreateWindowExW)>(
+        "CreateWindowExW", FakeCreateWindowExW);
+    realDestroyWindow = redirection.RedirectIfImported<decltype(::DestroyWindow)>(
+        "DestroyWindow", FakeDestroyWindow);
+    realDefWindowProcW = redirection.RedirectIfImported<decltype(::DefWindowProcW)>(
+        "DefWindowProcW", FakeDefWindowProcW);
+    realGetMessageW =
+        redirection.RedirectIfImported<decltype(::GetMessageW)>("GetMessageW", FakeGetMessageW);
+    realPostMessageW =
+        redirection.RedirectIfImported<decltype(::PostMessageW)>("PostMessageW", FakePostMessageW);
+    realPostQuitMessage = redirection.RedirectIfImported<decltype(::PostQuitMessage)>(
+        "PostQuitMessage", FakePostQuitMessage);
+}
+
+}  // namespace simulation

@@ -1,0 +1,146 @@
+#include "simulation/resource_ledger.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "simulation/call_text.h"
+
+namespace simulation {
+namespace {
+
+// No address of a 64-bit process and no real handle has these upper bits.
+constexpr std::uintptr_t kSimulatedMark = 0x51A0'0000'0000'0000;
+constexpr std::uintptr_t kMarkMask = 0xFFF0'0000'0000'0000;
+
+}  // namespace
+
+const char* KindName(ResourceKind kind) {
+    switch (kind) {
+        case ResourceKind::DeviceSet:
+            return "device set";
+        case ResourceKind::RegistryKey:
+            return "registry key";
+        case ResourceKind::Printer:
+            return "printer";
+        case ResourceKind::File:
+            return "file";
+        case ResourceKind::Token:
+            return "token";
+        case ResourceKind::Impersonation:
+            return "impersonation";
+        case ResourceKind::Thread:
+            return "thread";
+        case ResourceKind::Notification:
+            return "notification";
+        case ResourceKind::WindowClass:
+            return "window class";
+        case ResourceKind::Window:
+            return "window";
+        case ResourceKind::HeapBlock:
+            return "heap block";
+        case ResourceKind::WtsMemory:
+            return "WTS memory";
+        case ResourceKind::LocalMemory:
+            return "local memory";
+        case ResourceKind::ModuleReference:
+            return "module reference";
+    }
+    return "?";
+}
+
+void* ResourceLedger::Acquire(ResourceKind kind, std::string note) {
+    const std::lock_guard lock(mutex);
+    ++lastNumber;
+    // Handles of the system are multiples of four.
+    void* const value = reinterpret_cast<void*>(kSimulatedMark | (lastNumber * 4));
+    open.push_back({kind, value, std::move(note)});
+    ++acquired[kind];
+    return value;
+}
+
+void ResourceLedger::Adopt(ResourceKind kind, const void* value, std::string note) {
+    const std::lock_guard lock(mutex);
+    open.push_back({kind, const_cast<void*>(value), std::move(note)});
+    ++acquired[kind];
+}
+
+bool ResourceLedger::Release(ResourceKind kind, const void* value) {
+    const std::lock_guard lock(mutex);
+    const auto found = std::find_if(open.begin(), open.end(), [&](const OpenResource& resource) {
+        return resource.kind == kind && resource.value == value;
+    });
+    if (found != open.end()) {
+        returned.insert(value);
+        open.erase(found);
+        return true;
+    }
+    const bool twice = returned.count(value) != 0;
+    errors.push_back(std::string(KindName(kind)) + " " + CallText(value) +
+                     (twice ? " was released twice" : " was released but never handed out"));
+    return false;
+}
+
+bool ResourceLedger::IsOpen(ResourceKind kind, const void* value) const {
+    const std::lock_guard lock(mutex);
+    return std::any_of(open.begin(), open.end(), [&](const OpenResource& resource) {
+        return resource.kind == kind && resource.value == value;
+    });
+}
+
+std::optional<ResourceKind> ResourceLedger::KindOf(const void* value) const {
+    const std::lock_guard lock(mutex);
+    for (const OpenResource& resource : open) {
+        if (resource.value == value) {
+            return resource.kind;
+        }
+    }
+    return std::nullopt;
+}
+
+bool ResourceLedger::IsSimulatedHandle(const void* value) {
+    return (reinterpret_cast<std::uintptr_t>(value) & kMarkMask) == kSimulatedMark;
+}
+
+std::vector<OpenResource> ResourceLedger::Open() const {
+    const std::lock_guard lock(mutex);
+    return open;
+}
+
+std::size_t ResourceLedger::CountOpen(ResourceKind kind) const {
+    const std::lock_guard lock(mutex);
+    return static_cast<std::size_t>(
+        std::count_if(open.begin(), open.end(),
+                      [&](const OpenResource& resource) { return resource.kind == kind; }));
+}
+
+std::size_t ResourceLedger::CountAcquired(ResourceKind kind) const {
+    const std::lock_guard lock(mutex);
+    const auto found = acquired.find(kind);
+    return found == acquired.end() ? 0 : found->second;
+}
+
+std::vector<std::string> ResourceLedger::Errors() const {
+    const std::lock_guard lock(mutex);
+    return errors;
+}
+
+bool ResourceLedger::Balanced() const {
+    const std::lock_guard lock(mutex);
+    return open.empty() && errors.empty();
+}
+
+std::ostream& operator<<(std::ostream& stream, const ResourceLedger& ledger) {
+    for (const OpenResource& resource : ledger.Open()) {
+        stream << KindName(resource.kind) << ' ' << CallText(resource.value);
+        if (!resource.note.empty()) {
+            stream << " (" << resource.note << ')';
+        }
+        stream << " was not given back\n";
+    }
+    for (const std::string& error : ledger.Errors()) {
+        stream << error << '\n';
+    }
+    return stream;
+}
+
+}  // namespace simulation

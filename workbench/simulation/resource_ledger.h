@@ -1,0 +1,81 @@
+// Accounts for every resource that the simulated system hands out.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace simulation {
+
+enum class ResourceKind {
+    DeviceSet,
+    RegistryKey,
+    Printer,
+    File,
+    Token,
+    Impersonation,  ///< A thread's borrowed identity; the value is the thread id.
+    Thread,
+    Notification,
+    WindowClass,
+    Window,
+    HeapBlock,
+    WtsMemory,
+    LocalMemory,
+    ModuleReference,
+};
+
+const char* KindName(ResourceKind kind);
+
+/// A resource that was handed out and has not been given back.
+struct OpenResource {
+    ResourceKind kind;
+    void* value;
+    std::string note;
+};
+
+/// What was handed out, what came back, and what came back wrongly. Safe to use from any thread.
+class ResourceLedger {
+public:
+    /// Hands out a new handle value that is neither an address nor a real handle, and is never
+    /// given twice. `note` says in messages what it stands for.
+    void* Acquire(ResourceKind kind, std::string note = {});
+
+    /// Enters a value that exists already: an address, a real handle, an atom. A value may be
+    /// entered several times (module references) and then has to come back as often.
+    void Adopt(ResourceKind kind, const void* value, std::string note = {});
+
+    /// Takes a resource back. False, with an entry in Errors(), when it is not out.
+    bool Release(ResourceKind kind, const void* value);
+
+    bool IsOpen(ResourceKind kind, const void* value) const;
+    /// What an open value is; values that are not out have no kind.
+    std::optional<ResourceKind> KindOf(const void* value) const;
+    /// Whether `value` was made by some ledger's Acquire, open or not.
+    static bool IsSimulatedHandle(const void* value);
+
+    /// In the order in which they were handed out.
+    std::vector<OpenResource> Open() const;
+    std::size_t CountOpen(ResourceKind kind) const;
+    /// How many of a kind were ever handed out.
+    std::size_t CountAcquired(ResourceKind kind) const;
+    std::vector<std::string> Errors() const;
+    /// Nothing is out and nothing came back wrongly.
+    bool Balanced() const;
+
+private:
+    mutable std::mutex mutex;
+    std::uintptr_t lastNumber = 0;
+    std::vector<OpenResource> open;
+    std::map<ResourceKind, std::size_t> acquired;
+    std::set<const void*> returned;  ///< To tell "released twice" from "never handed out".
+    std::vector<std::string> errors;
+};
+
+std::ostream& operator<<(std::ostream& stream, const ResourceLedger& ledger);
+
+}  // namespace simulation

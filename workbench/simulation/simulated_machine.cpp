@@ -1,0 +1,50 @@
+#include "simulation/simulated_machine.h"
+
+#include <algorithm>
+#include <atomic>
+#include <stdexcept>
+
+namespace simulation {
+namespace {
+
+std::atomic<World*> currentWorld{nullptr};
+
+}  // namespace
+
+World::World(Machine described) : machine(std::move(described)), clock(machine.clocks) {}
+
+void World::Plug(Device device) {
+    const auto lock = Lock();
+    machine.devices.push_back(std::move(device));
+}
+
+bool World::Unplug(const std::wstring& instanceId) {
+    const auto lock = Lock();
+    const auto gone =
+        std::remove_if(machine.devices.begin(), machine.devices.end(),
+                       [&](const Device& device) { return device.instanceId == instanceId; });
+    const bool found = gone != machine.devices.end();
+    machine.devices.erase(gone, machine.devices.end());
+    return found;
+}
+
+World* CurrentWorld() { return currentWorld; }
+
+SimulatedMachine::Reign::Reign(World& world) {
+    World* none = nullptr;
+    if (!currentWorld.compare_exchange_strong(none, &world)) {
+        throw std::logic_error("another simulated machine is in force");
+    }
+}
+
+SimulatedMachine::Reign::~Reign() { currentWorld = nullptr; }
+
+SimulatedMachine::SimulatedMachine(HMODULE module, Machine machine,
+                                   const std::vector<FakeFamily>& families)
+    : theWorld(std::make_unique<World>(std::move(machine))), reign(*theWorld), redirection(module) {
+    for (const FakeFamily install : families) {
+        install(redirection);
+    }
+}
+
+}  // namespace simulation
