@@ -1,13 +1,15 @@
-# tallyport_add_test_program(NAME <name> LABEL <label> SOURCES <file>... [LIBRARIES <target>...]
+# tallyport_add_test_program(NAME <name> LABEL <label>... SOURCES <file>... [LIBRARIES <target>...]
 #                            [TIMEOUT <seconds>] [ACCELERATED [SPEED <n>]])
 #
 # Builds a GoogleTest program and registers it as one CTest entry. Cross-built programs run in Wine
 # through tools/wine/run_test; the checked build has Wine check the heap as well. ACCELERATED runs the
 # program on a clock that is SPEED times as fast (36000 unless given: an hour in a tenth of a second).
+# A program that leaves a record for the table of `./dev test reliability` has that label as well;
+# support/reliability_record.h says more.
 # Includes are written from src/, workbench/ and tests/.
 function(tallyport_add_test_program)
     cmake_parse_arguments(PARSE_ARGV 0 arg
-        "ACCELERATED" "NAME;LABEL;TIMEOUT;SPEED" "SOURCES;LIBRARIES")
+        "ACCELERATED" "NAME;TIMEOUT;SPEED" "LABEL;SOURCES;LIBRARIES")
     foreach(required NAME LABEL SOURCES)
         if(NOT arg_${required})
             message(FATAL_ERROR "tallyport_add_test_program: ${required} is missing")
@@ -65,5 +67,5 @@ function(tallyport_add_test_program)
     # run_test ends the program itself and says so; CTest's own limit is the net below it.
     math(EXPR net "${arg_TIMEOUT} + 60")
     set_tests_properties(${arg_NAME} PROPERTIES
-        LABELS ${arg_LABEL} TIMEOUT ${net} RUN_SERIAL ${arg_ACCELERATED})
+        LABELS "${arg_LABEL}" TIMEOUT ${net} RUN_SERIAL ${arg_ACCELERATED})
 endfunction()

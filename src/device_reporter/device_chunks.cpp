@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <nlohmann/json.hpp>
-#include <utility>
 
 #include "util/string_convert.h"
 
@@ -19,17 +18,16 @@ std::string MakeField(const std::wstring& text) {
     return WStringToUtf8(text.substr(0, kMaxFieldUnits));
 }
 
-nlohmann::json MakeDeviceObject(const DeviceInfo& device, bool withName) {
-    nlohmann::json object = {
-        {"device", MakeField(device.vendorId)},
-        {"class", MakeField(device.className)},
-        {"desc", MakeField(device.description)},
-        {"maker", MakeField(device.manufacturer)},
-    };
+std::string SerializeDevice(const DeviceInfo& device, bool withName) {
+    nlohmann::json object;
+    object["device"] = MakeField(device.vendorId);
+    object["class"] = MakeField(device.className);
+    object["desc"] = MakeField(device.description);
+    object["maker"] = MakeField(device.manufacturer);
     if (withName) {
         object["name"] = MakeField(device.name);
     }
-    return object;
+    return object.dump();
 }
 
 }  // namespace
@@ -37,23 +35,31 @@ nlohmann::json MakeDeviceObject(const DeviceInfo& device, bool withName) {
 std::vector<std::string> SerializeDeviceList(const std::vector<DeviceInfo>& devices,
                                              bool withName) {
     std::vector<std::string> chunks;
-    nlohmann::json openChunk = nlohmann::json::array();
+    // An array's text is that of its elements with commas between them, so that each device is
+    // serialised once, for its cost and for its chunk.
+    std::string openChunk;
     std::size_t size = 0;
+    const auto closeChunk = [&] {
+        chunks.push_back("[" + openChunk + "]");
+        openChunk.clear();
+        size = 0;
+    };
     for (const DeviceInfo& device : devices) {
-        nlohmann::json object = MakeDeviceObject(device, withName);
-        const std::size_t cost = object.dump().size() + kSeparatorCost;
+        const std::string object = SerializeDevice(device, withName);
+        const std::size_t cost = object.size() + kSeparatorCost;
         // The open chunk is closed whatever it holds: a device that alone is too large follows an
         // empty array.
         if (size + cost > kMaxChunkSize) {
-            chunks.push_back(openChunk.dump());
-            openChunk.clear();
-            size = 0;
+            closeChunk();
         }
-        openChunk.push_back(std::move(object));
+        if (size != 0) {
+            openChunk += ',';
+        }
+        openChunk += object;
         size += cost;
     }
     if (size != 0) {
-        chunks.push_back(openChunk.dump());
+        closeChunk();
     }
     return chunks;
 }

@@ -8,9 +8,9 @@
 // Behind <windows.h>, which it needs.
 #include <hidclass.h>
 
+#include <iterator>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "device_reporter/device_properties.h"
 #include "device_reporter/device_text.h"
@@ -44,7 +44,7 @@ bool IsFull(const DeviceMap& devices, const char* functionName) {
     return true;
 }
 
-/// Ids are compared without case; only the letters a to z have any in them.
+/// Ids are compared without case. Only a to z change, whatever the locale.
 void ToUpperAscii(std::wstring& text) {
     for (wchar_t& unit : text) {
         if (unit >= L'a' && unit <= L'z') {
@@ -56,7 +56,8 @@ void ToUpperAscii(std::wstring& text) {
 std::optional<std::wstring> ReadInstanceId(HDEVINFO set, SP_DEVINFO_DATA& device,
                                            const char* functionName) {
     wchar_t buffer[260] = {};
-    if (!SetupDiGetDeviceInstanceIdW(set, &device, buffer, 260, /*RequiredSize=*/nullptr)) {
+    if (!SetupDiGetDeviceInstanceIdW(set, &device, buffer, static_cast<DWORD>(std::size(buffer)),
+                                     /*RequiredSize=*/nullptr)) {
         const DWORD error = GetLastError();
         WriteLogLine(LOG_LEVEL_NORMAL, functionName,
                      "fail to get device instance id, lastError = ", error);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
+#include <utility>
 
 #include "device_reporter/device_text.h"
 #include "util/fixed_text.h"

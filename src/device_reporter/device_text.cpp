@@ -1,6 +1,7 @@
 #include "device_reporter/device_text.h"
 
 #include <cwchar>
+#include <iterator>
 
 #include "report/log_line.h"
 
@@ -56,8 +57,8 @@ std::wstring GetVendorId(const std::wstring& instanceId) {
 std::wstring GuidToString(const GUID& guid) {
     wchar_t text[64];
     const int length =
-        swprintf_s(text, 64, L"{%08lX-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", guid.Data1,
-                   guid.Data2, guid.Data3, guid.Data4[0], guid.Data4[1], guid.Data4[2],
+        swprintf_s(text, std::size(text), L"{%08lX-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
+                   guid.Data1, guid.Data2, guid.Data3, guid.Data4[0], guid.Data4[1], guid.Data4[2],
                    guid.Data4[3], guid.Data4[4], guid.Data4[5], guid.Data4[6], guid.Data4[7]);
     if (length < 0) {
         WriteLogLine(LOG_LEVEL_NORMAL, "DeviceReporter::GuidToString", "GUID TO String failed");

@@ -9,7 +9,7 @@ namespace DeviceReporter {
 
 namespace {
 
-/// For example "1920x1080@60Hz_EXTEND_I": the first path is the internal one.
+/// For example "1920x1080@60Hz_EXTEND_I". The first path is taken for the internal monitor.
 std::wstring DescribeMode(const DisplayInfo& display) {
     return std::to_wstring(display.width) + L"x" + std::to_wstring(display.height) + L"@" +
            std::to_wstring(display.refreshRate) + L"Hz_" + display.displayMode +

@@ -48,6 +48,8 @@ bool GetValueFromReg(const std::wstring& regPath, std::string& edid) {
         WriteLogLine(LOG_LEVEL_NORMAL, kValueName, "edidFullPath is empty!");
         return false;
     }
+    // Outlives the key, which is closed first.
+    std::unique_ptr<BYTE[]> outValue;
     ScopedRegistryKey key;
     if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, edidFullPath.c_str(), /*ulOptions=*/0, KEY_READ,
                       key.Receive()) != ERROR_SUCCESS) {
@@ -64,7 +66,7 @@ bool GetValueFromReg(const std::wstring& regPath, std::string& edid) {
                      "RegQuery max Edid value length Failed, maxValueLength is ", size);
         return false;
     }
-    const std::unique_ptr<BYTE[]> outValue(new (std::nothrow) BYTE[size]());
+    outValue.reset(new (std::nothrow) BYTE[size]());
     if (!outValue) {
         key.Reset();
         WriteLogLine(LOG_LEVEL_NORMAL, kValueName, "outValue is nullptr!");

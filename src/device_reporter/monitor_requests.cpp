@@ -1,12 +1,15 @@
-// What other threads do with the monitor: create its thread and post to its window.
-#include "device_reporter/monitor_messages.h"
+// What other threads do with the reporter: get hold of it, create its monitor thread and post to
+// its window.
 #include "device_reporter/report_device_info.h"
 #include "report/log_line.h"
+#include "util/module_instance.h"
 #include "util/module_reference.h"
 
 namespace DeviceReporter {
 
 namespace {
+
+const ModuleInstance<ReportDeviceInfo> reporterInstance;
 
 /// Keeps the library mapped and the reporter alive until the thread's very end. Nobody waits for
 /// it: Stop only posts, and the host may unload the library right after.
@@ -29,10 +32,14 @@ void PostToMonitor(HWND msgWindow, UINT message, const char* functionName) {
 
 }  // namespace
 
+ReportDeviceInfo& ReportDeviceInfo::GetInstance() { return *reporterInstance; }
+
 void ReportDeviceInfo::StartMonitorDevices() {
     ScopedModule moduleReference = ReferenceThisModule();
+    // A thread that got no reference must not give one back: that would be the host's.
+    const auto threadProc = moduleReference ? &RunMonitorThread : &MonitorThreadProc;
     const ScopedKernelHandle thread(CreateThread(/*lpThreadAttributes=*/nullptr, /*dwStackSize=*/0,
-                                                 &RunMonitorThread, this, /*dwCreationFlags=*/0,
+                                                 threadProc, this, /*dwCreationFlags=*/0,
                                                  /*lpThreadId=*/nullptr));
     if (!thread) {
         const DWORD error = GetLastError();

@@ -13,7 +13,6 @@
 #include <usbiodef.h>
 
 #include "device_reporter/device_enumeration.h"
-#include "device_reporter/monitor_messages.h"
 #include "device_reporter/report_device_info.h"
 #include "report/log_line.h"
 
@@ -30,26 +29,26 @@ constexpr wchar_t kWindowClassName[] = L"DeviceMonitorWnd";
 /// Registers the window class for as long as it is in scope.
 class ScopedWindowClass {
 public:
-    ScopedWindowClass(HINSTANCE instance, WNDPROC windowProc) : instance_(instance) {
+    ScopedWindowClass(HINSTANCE instance, WNDPROC windowProc) : moduleInstance(instance) {
         WNDCLASSW windowClass{};
         windowClass.lpfnWndProc = windowProc;
         windowClass.hInstance = instance;
         windowClass.lpszClassName = kWindowClassName;
-        registered_ = RegisterClassW(&windowClass) != 0;
+        registered = RegisterClassW(&windowClass) != 0;
     }
     ~ScopedWindowClass() {
-        if (registered_) {
-            UnregisterClassW(kWindowClassName, instance_);
+        if (registered) {
+            UnregisterClassW(kWindowClassName, moduleInstance);
         }
     }
     ScopedWindowClass(const ScopedWindowClass&) = delete;
     ScopedWindowClass& operator=(const ScopedWindowClass&) = delete;
 
-    explicit operator bool() const { return registered_; }
+    explicit operator bool() const { return registered; }
 
 private:
-    const HINSTANCE instance_;
-    bool registered_ = false;
+    const HINSTANCE moduleInstance;
+    bool registered = false;
 };
 
 void RunMessageLoop() {

@@ -87,13 +87,14 @@ bool ParsePrinters(const BYTE* printerInfoList, DWORD count, std::vector<DeviceI
 }
 
 bool UpdatePrinterDriverInfo(const std::wstring& printerName, DeviceInfo& record) {
-    ScopedPrinter printer;
+    HANDLE opened = nullptr;
     // The parameter is not const, but the name is only read.
-    if (!OpenPrinterW(const_cast<wchar_t*>(printerName.c_str()), printer.Receive(),
-                      /*pDefault=*/nullptr)) {
+    if (!OpenPrinterW(const_cast<wchar_t*>(printerName.c_str()), &opened, /*pDefault=*/nullptr)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "fail to open printer");
         return false;
     }
+    // Owned only now: what a failed call leaves behind is not a printer to close.
+    const ScopedPrinter printer(opened);
     std::unique_ptr<BYTE[]> driverInfo;
     if (!GetPrinterDriverInfo(printer.Get(), driverInfo)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "fail to get printer driver info");

@@ -17,14 +17,17 @@ namespace DeviceReporter {
 /// No more device lists than these are sent per installation.
 inline constexpr std::int32_t kMaxReportCount = 10;
 
+/// Private message of the monitor's window: asks it to send the device list if it is due. Carries
+/// nothing.
+inline constexpr UINT WM_REPORT_DEVICES = WM_USER + 1001;
+
 /// Keeps a map of the machine's devices current and sends it as a list, at most once a day and at
 /// most ten times per installation.
 ///
 /// All device work happens on the monitor thread, which owns a message-only window. Other threads
 /// only post to that window: ReportDevices from the timer loop, StopMonitorDevices from the host.
 ///
-/// The monitor thread co-owns the reporter, so that a process that exits without Stop, which
-/// terminates the thread anywhere, does not destroy a map that is being changed.
+/// The monitor thread co-owns the reporter, so that nobody destroys a map that is being changed.
 class ReportDeviceInfo : public std::enable_shared_from_this<ReportDeviceInfo> {
 public:
     /// The process-wide reporter, constructed when the library is loaded.

@@ -1,4 +1,4 @@
-// Owners for the handles of device enumeration, printers and files.
+// Owners for the handles of device enumeration, printers, files and registry keys.
 #pragma once
 
 #include <windows.h>

@@ -19,11 +19,13 @@ struct SpoolerQueryTexts {
 /// Asks for a size, takes one zeroed block of exactly that size and fetches the data into it.
 ///
 /// `query` is called as `BOOL(BYTE* block, DWORD size)` and leaves the size that the spooler needs
-/// in `needed`. False, with a log line, on every failure; a block that was taken by then stays in
-/// `block`. True with no block when there is nothing to fetch.
+/// in `needed`. What `block` held before is freed. False, with a log line, on every failure; a
+/// block that was taken by then stays in `block`. True with no block when there is nothing to
+/// fetch.
 template <typename Query>
 bool RunSpoolerQuery(const SpoolerQueryTexts& texts, Query query, const DWORD& needed,
                      std::unique_ptr<BYTE[]>& block) {
+    block.reset();
     if (query(/*block=*/nullptr, /*size=*/0)) {
         return true;
     }

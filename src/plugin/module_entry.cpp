@@ -6,9 +6,12 @@
 #include <string>
 
 #include "plugin/plugin_registration.h"
+#include "util/process_end.h"
 #include "util/scoped_handle.h"
 
 namespace {
+
+constexpr wchar_t kPluginsManagerName[] = L"ZedPluginsManager.dll";
 
 /// The plug-in manager for the length of one call into it.
 struct PluginsManager {
@@ -63,11 +66,15 @@ extern "C" __declspec(dllexport) bool InitializePluginModule() { return true; }
 
 extern "C" __declspec(dllexport) void UninitializePluginModule() {}
 
-BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, LPVOID /*reserved*/) {
+BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, LPVOID reserved) {
     switch (reason) {
         case DLL_PROCESS_ATTACH:
             return CallPluginsManager("RegisterPlugin") ? TRUE : FALSE;
         case DLL_PROCESS_DETACH:
+            // Set when the process ends, null when the library is unloaded.
+            if (reserved != nullptr) {
+                NoteProcessEnd();
+            }
             CallPluginsManager("UnRegisterPlugin");
             return TRUE;
         default:

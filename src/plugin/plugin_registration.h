@@ -5,8 +5,6 @@
 
 #include "platform/plugins_manager.h"
 
-inline constexpr wchar_t kPluginsManagerName[] = L"ZedPluginsManager.dll";
-
 /// The record that is registered at load and withdrawn at unload. It lives as long as the library
 /// is mapped; the manager reads it through its address.
 extern PluginRegistrationInfo pluginRegistration;

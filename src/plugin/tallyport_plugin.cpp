@@ -9,6 +9,7 @@
 #include "reporters/report_bios_info.h"
 #include "reporters/report_ec_log_info.h"
 #include "reporters/report_popup_block_info.h"
+#include "util/module_instance.h"
 
 namespace {
 
@@ -17,9 +18,9 @@ constexpr std::int32_t kPopUpBlockReportHours = 24;
 constexpr std::int32_t kDeviceReportHours = 1;
 constexpr unsigned int kECLogEventCode = 675;
 
-ReportBiosInfo biosReporter;
+const ReportBiosInfo biosReporter;
 const ReportPopUpBlockInfo popUpBlockReporter;
-VrSDK::BiosEventMonitor biosEventMonitor;
+const ModuleInstance<VrSDK::BiosEventMonitor> biosEventMonitor;
 /// True once a subscription succeeded. Start and Stop run on the host's thread.
 bool biosEventMonitorStarted = false;
 
@@ -42,7 +43,7 @@ void OnBiosEvent(unsigned int eventCode) {
 }
 
 void StartBiosEvents() {
-    if (biosEventMonitor.StartEventMonitor(&OnBiosEvent) == 0) {
+    if (biosEventMonitor->StartEventMonitor(&OnBiosEvent) == 0) {
         biosEventMonitorStarted = true;
     }
 }
@@ -53,7 +54,7 @@ void StopBiosEvents() {
     }
     // The library's stop gets a thread of its own, so that nothing that the host's thread holds
     // (a COM apartment, an impersonation) is in its way.
-    std::thread([] { biosEventMonitor.StopEventMonitor(); }).join();
+    std::thread([] { biosEventMonitor->StopEventMonitor(); }).join();
 }
 
 }  // namespace

@@ -5,21 +5,30 @@
 #include <utility>
 
 #include "report/log_line.h"
+#include "util/module_instance.h"
+#include "util/process_end.h"
 
 namespace {
 
 constexpr char kRegisterName[] = "TimerReportMgr::RegisterReportCallback";
 constexpr char kLoopName[] = "TimerReportMgr::Start::<lambda_1>::operator ()";
 
-/// The library's share in the manager. It stops the loop before it lets go, also when the host
-/// never called Stop.
+/// More than the steady clock loses against a wait of a day, less than anybody notices of an hour.
+constexpr std::chrono::seconds kClockSlack{10};
+
+/// Stops the loop before the library lets go of the manager, also when the host never called Stop.
 struct InstanceHolder {
-    std::shared_ptr<TimerReportMgr> manager = std::make_shared<TimerReportMgr>();
+    ModuleInstance<TimerReportMgr> manager;
 
     InstanceHolder() = default;
     InstanceHolder(const InstanceHolder&) = delete;
     InstanceHolder& operator=(const InstanceHolder&) = delete;
-    ~InstanceHolder() { manager->Stop(); }
+    ~InstanceHolder() {
+        // The end of the process has ended the loop; joining it could wait for a lock that it held.
+        if (!IsProcessEnding()) {
+            manager->Stop();
+        }
+    }
 };
 
 }  // namespace
@@ -68,9 +77,8 @@ void TimerReportMgr::Loop() {
     while (running_) {
         WriteLogLine(LOG_LEVEL_NORMAL, kLoopName, "BigdataTimerReportFrame loop");
         std::unique_lock<std::mutex> lock(waitMutex_);
-        const auto deadline = std::chrono::system_clock::now() + std::chrono::hours(tickHours_);
-        // No predicate: whatever ends the wait early, a full tick begins anew.
-        if (wakeCond_.wait_until(lock, deadline) == std::cv_status::no_timeout) {
+        // Whatever ends the wait early, a full tick begins anew.
+        if (!WaitForTick(lock)) {
             continue;
         }
         elapsedHours += tickHours_;
@@ -80,6 +88,19 @@ void TimerReportMgr::Loop() {
             }
         }
     }
+}
+
+bool TimerReportMgr::WaitForTick(std::unique_lock<std::mutex>& lock) {
+    const std::chrono::hours tick(tickHours_);
+    const auto begin = std::chrono::steady_clock::now();
+    const auto deadline = std::chrono::system_clock::now() + tick;
+    const bool stopCameBefore = !running_;
+    const std::cv_status status = wakeCond_.wait_until(lock, deadline);
+    // The library tells a time-out by the wall clock. Where that was slowed down during the wait, a
+    // tick would count as ended early, hour after hour; where it was set ahead, Stop as a time-out.
+    const bool passed = status == std::cv_status::timeout ||
+                        std::chrono::steady_clock::now() - begin >= tick - kClockSlack;
+    return passed && (running_ || stopCameBefore);
 }
 
 void TimerReportMgr::Stop() {

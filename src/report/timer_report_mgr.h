@@ -18,15 +18,14 @@
 /// callback whose interval divides the hours that have elapsed since Start. Callbacks run in
 /// registration order and never overlap. All of them are registered before Start.
 ///
-/// The loop thread co-owns the manager. A process that exits without Stop terminates that thread
-/// inside its wait; destroying a condition variable with such a waiter hangs in some thread
-/// libraries, and the reference that the thread never gave back keeps it from being destroyed.
+/// The loop thread co-owns the manager: destroying a condition variable with a waiter that was
+/// terminated hangs in some thread libraries.
 class TimerReportMgr : public std::enable_shared_from_this<TimerReportMgr> {
 public:
     using Callback = std::function<void()>;
 
     /// The process-wide manager. Created on first use; stopped and released when the library is
-    /// unloaded or the process exits.
+    /// unloaded. A process that ends ends the loop itself and leaves the manager as it is.
     static TimerReportMgr& GetInstance();
 
     TimerReportMgr() = default;
@@ -54,12 +53,14 @@ private:
 
     void UpdateTick();
     void Loop();
+    /// Waits for the tick to pass. False when the wait ended early, by Stop or by nothing at all.
+    bool WaitForTick(std::unique_lock<std::mutex>& lock);
 
     std::thread thread_;
     std::vector<TimerEntry> timers_;
     std::condition_variable wakeCond_;
     std::mutex waitMutex_;      ///< Held while the loop waits and while callbacks run.
-    std::mutex registerMutex_;  ///< Held while a registration changes the members below.
+    std::mutex registerMutex_;  ///< Held while a registration changes timers_ and both hours.
     std::atomic<bool> running_{true};
     std::int32_t tickHours_ = 1;
     std::int32_t minIntervalHours_ = 0;  ///< 0 while nothing is registered.

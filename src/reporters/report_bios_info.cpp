@@ -18,7 +18,7 @@ constexpr wchar_t kLastReportValueName[] = L"BiosReportTime";
 
 }  // namespace
 
-void ReportBiosInfo::OnRecvReportInfo() {
+void ReportBiosInfo::OnRecvReportInfo() const {
     const std::int64_t now = std::time(nullptr);
     std::int64_t last = 0;
     // A stamp that is missing or unreadable counts as "never reported".

@@ -8,6 +8,7 @@
 /// host's thread inside Start and on the timer loop thread afterwards.
 class ReportBiosInfo {
 public:
-    /// Sends the report when it is due.
-    void OnRecvReportInfo();
+    /// Sends the report when it is due. Without SMBIOS texts it logs that, sends nothing and leaves
+    /// the stamp.
+    void OnRecvReportInfo() const;
 };

@@ -15,19 +15,10 @@ namespace {
 
 constexpr std::int32_t kPopUpBlockInfoEventId = 992614518;
 constexpr wchar_t kTuneBoostKeySuffix[] = L"\\SOFTWARE\\Zentro\\Orbisuite\\TuneBoost";
-constexpr wchar_t kPopUpBlockingValueName[] = L"PopUpBlockingStatus";
-constexpr wchar_t kPowerfulModeValueName[] = L"PowerfulModeStatus";
 constexpr wchar_t kTuneBoostExecutable[] =
     L"C:\\Program Files\\Zentro\\Orbisuite\\components\\TuneBoost\\TuneBoostCenter.exe";
 constexpr std::int32_t kUnknown = -1;
 constexpr std::int32_t kOn = 1;
-
-/// Reads one switch. Full access is asked for although the value is only read: a user's key that
-/// grants less counts as unreadable.
-bool ReadSwitch(const std::wstring& key, const wchar_t* valueName, std::int32_t& value) {
-    value = kUnknown;
-    return QD::Registry::GetValue(HKEY_USERS, key, valueName, value, KEY_ALL_ACCESS);
-}
 
 /// "major.minor.build.revision" of the product version; the file version may differ from it.
 std::string FormatProductVersion(const VS_FIXEDFILEINFO& info) {
@@ -47,14 +38,22 @@ void ReportPopUpBlockInfo::OnRecvReportInfo() const {
     if (!registry.KeyExists(key)) {
         return;
     }
+    // The names outlive both reads: giving their memory back might change the error number that a
+    // failed read leaves.
+    const std::wstring popUpBlockingName = L"PopUpBlockingStatus";
+    const std::wstring powerfulModeName = L"PowerfulModeStatus";
+    // Full access is asked for although the switches are only read: a user's key that grants less
+    // counts as unreadable.
     std::int32_t popUpBlockingStatus = kUnknown;
-    if (!ReadSwitch(key, kPopUpBlockingValueName, popUpBlockingStatus)) {
+    if (!QD::Registry::GetValue(HKEY_USERS, key, popUpBlockingName, popUpBlockingStatus,
+                                KEY_ALL_ACCESS)) {
         const DWORD error = GetLastError();
         WriteLogLine(LOG_LEVEL_ERROR, kFunctionName, "Get register blocking switch fail: ", error);
         return;
     }
     std::int32_t powerfulModeStatus = kUnknown;
-    if (!ReadSwitch(key, kPowerfulModeValueName, powerfulModeStatus)) {
+    if (!QD::Registry::GetValue(HKEY_USERS, key, powerfulModeName, powerfulModeStatus,
+                                KEY_ALL_ACCESS)) {
         const DWORD error = GetLastError();
         WriteLogLine(LOG_LEVEL_ERROR, kFunctionName, "Get register power switch fail: ", error);
         return;

@@ -11,7 +11,8 @@
 /// afterwards.
 class ReportPopUpBlockInfo {
 public:
-    /// Sends the report, unless the user has no settings of the component.
+    /// Sends the report. Without the component's key it does nothing; an unreadable switch is
+    /// logged and nothing is sent.
     void OnRecvReportInfo() const;
 
     /// Product version of the component's executable as four decimal numbers joined by dots; empty

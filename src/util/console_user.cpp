@@ -36,9 +36,9 @@ struct WtsMemoryDeleter {
 /// Runs the calling thread under the token's user until it goes out of scope.
 class ScopedImpersonation {
 public:
-    explicit ScopedImpersonation(HANDLE token) : impersonated_(ImpersonateLoggedOnUser(token)) {}
+    explicit ScopedImpersonation(HANDLE token) : impersonated(ImpersonateLoggedOnUser(token)) {}
     ~ScopedImpersonation() {
-        if (impersonated_ == TRUE) {
+        if (impersonated == TRUE) {
             RevertToSelf();
         }
     }
@@ -46,7 +46,7 @@ public:
     ScopedImpersonation& operator=(const ScopedImpersonation&) = delete;
 
 private:
-    const BOOL impersonated_;
+    const BOOL impersonated;
 };
 
 std::optional<DWORD> FindFirstActiveSession() {

@@ -13,8 +13,8 @@ public:
     using Type = typename Traits::Type;
 
     ScopedHandle() noexcept = default;
-    explicit ScopedHandle(Type handle) noexcept : handle_(handle) {}
-    ScopedHandle(ScopedHandle&& other) noexcept : handle_(other.Release()) {}
+    explicit ScopedHandle(Type handle) noexcept : owned(handle) {}
+    ScopedHandle(ScopedHandle&& other) noexcept : owned(other.Release()) {}
     ScopedHandle& operator=(ScopedHandle&& other) noexcept {
         Reset(other.Release());
         return *this;
@@ -23,13 +23,13 @@ public:
     ScopedHandle& operator=(const ScopedHandle&) = delete;
     ~ScopedHandle() { Reset(); }
 
-    Type Get() const noexcept { return handle_; }
-    explicit operator bool() const noexcept { return handle_ != Traits::Invalid(); }
+    Type Get() const noexcept { return owned; }
+    explicit operator bool() const noexcept { return owned != Traits::Invalid(); }
 
     /// Closes what is owned, if anything, and owns `handle` from now on.
     void Reset(Type handle = Traits::Invalid()) noexcept {
-        const Type previous = handle_;
-        handle_ = handle;
+        const Type previous = owned;
+        owned = handle;
         if (previous != Traits::Invalid()) {
             Traits::Close(previous);
         }
@@ -37,19 +37,19 @@ public:
 
     /// Gives the handle away without closing it.
     Type Release() noexcept {
-        const Type handle = handle_;
-        handle_ = Traits::Invalid();
+        const Type handle = owned;
+        owned = Traits::Invalid();
         return handle;
     }
 
     /// For calls that return a handle through a pointer. Closes what was owned before.
     Type* Receive() noexcept {
         Reset();
-        return &handle_;
+        return &owned;
     }
 
 private:
-    Type handle_ = Traits::Invalid();
+    Type owned = Traits::Invalid();
 };
 
 /// Kernel objects whose "none" is null: tokens, threads.

@@ -1,82 +1,19 @@
-// Whole days of the timer loop, on a clock on which an hour takes a tenth of a second. How often
-// callbacks run is exact; a busy machine only makes the waits longer, never shorter.
-#include <gmock/gmock.h>
+// Whole days of the timer loop.
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
-#include <memory>
 #include <set>
-#include <string>
-#include <vector>
+#include <thread>
 
-#include "support/child_process.h"
-#include "support/recorded_log.h"
-#include "support/timer_internals.h"
+#include "accelerated/running_loop.h"
 
 namespace {
 
-using std::chrono::hours;
-using test_support::Happening;
-using testing::HasSubstr;
-using testing::Not;
-using Clock = std::chrono::system_clock;
-using Texts = std::vector<std::string>;
+using namespace timer_loop_test;
 
-constexpr char kLoopLine[] =
-    "log 3 BigdataTimerReportFrame loop(TimerReportMgr::Start::<lambda_1>::operator ())";
-
-/// Longer than any test needs: ten minutes of real time.
-constexpr hours kPatience{6000};
-
-class TimerLoop : public testing::Test {
-protected:
-    /// The loop is stopped, wherever it is: a Stop right before its wait is only seen after it.
-    ~TimerLoop() override { manager->Stop(); }
-
-    /// A callback that notes its name.
-    void Register(const std::string& name, int intervalHours) {
-        manager->RegisterReportCallback([this, name] { timeline.Note(name); }, intervalHours);
-    }
-
-    /// Starts and waits until the callback ran so many times. Then nothing else is noted any more
-    /// than what the tick that is under way still runs.
-    void RunUntil(const std::string& name, std::size_t count) {
-        timeline.Clear();
-        manager->Start();
-        ASSERT_TRUE(timeline.WaitFor(name, count, kPatience));
-    }
-
-    /// What the loop did in the first `ticks` ticks: the callbacks of each, joined by blanks.
-    Texts Ticks(std::size_t ticks) const {
-        Texts result;
-        for (const std::string& text : timeline.Texts()) {
-            if (text == kLoopLine) {
-                result.emplace_back();
-            } else if (!result.empty()) {
-                result.back() += (result.back().empty() ? "" : " ") + text;
-            }
-        }
-        result.resize(ticks);
-        return result;
-    }
-
-    Clock::time_point TimeOf(const std::string& text, std::size_t occurrence = 0) const {
-        for (const Happening& happening : timeline.Happenings()) {
-            if (happening.text == text && occurrence-- == 0) {
-                return happening.time;
-            }
-        }
-        ADD_FAILURE() << text << " did not happen that often";
-        return {};
-    }
-
-    test_support::Timeline timeline;
-    test_support::RecordedLog log{timeline};
-    const std::shared_ptr<TimerReportMgr> manager = std::make_shared<TimerReportMgr>();
-};
+class TimerLoop : public RunningLoop {};
 
 TEST_F(TimerLoop, RunsTwelveTwentyFourAndHourlyReportsAtTheirHours) {
     Register("twelve", 12);
@@ -206,66 +143,18 @@ TEST_F(TimerLoop, RunsNothingAndBeginsAFullTickAfterASpuriousWake) {
     EXPECT_GE(TimeOf("twelve") - wake, hours(12));
 }
 
-TEST_F(TimerLoop, RunsNothingWhenStoppedWhileItWaits) {
-    Register("day", 24);
-    timeline.Clear();
-    manager->Start();
-    ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
-    Sleep(2 * 3600 * 1000);
-    const Clock::time_point stop = Clock::now();
-    manager->Stop();
-    EXPECT_LT(Clock::now() - stop, hours(12));
-    EXPECT_EQ(timeline.Texts(), Texts{kLoopLine});
-}
-
-TEST_F(TimerLoop, SeesAStopBeforeItsWaitOnlyAfterThatWaitAndRunsWhatIsDueOnceMore) {
-    Register("hour", 1);
-    timeline.Clear();
-    // The loop writes its line between its test and its wait; Stop comes to its join meanwhile.
-    log.onLine = [this](const test_support::LogLine&) {
-        while (test_support::IsRunning(*manager)) {
-            Sleep(60 * 1000);
-        }
-        timeline.Note("stopping");
-        Sleep(3 * 3600 * 1000);
+TEST_F(TimerLoop, HoldsItsLockWhileCallbacksRun) {
+    std::atomic<int> timesFree{0};
+    const auto tryLock = [&] {
+        std::thread([&] { timesFree += test_support::IsWaitLockFree(*manager) ? 1 : 0; }).join();
+        timeline.Note("tried");
     };
-    manager->Start();
-    ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
+    manager->RegisterReportCallback(tryLock, 1);
+    manager->RegisterReportCallback(tryLock, 1);
+    RunUntil("tried", 4);
     manager->Stop();
-    EXPECT_EQ(timeline.Texts(), (Texts{kLoopLine, "stopping", "hour"}));
-}
-
-// --- What ends the process ---
-
-class EndOfTheProcess : public testing::Test {
-protected:
-    static test_support::ChildResult RunScenario(const wchar_t* scenario) {
-        return test_support::RunChild(test_support::ProgramFolder() + L"\\timer_probe.exe",
-                                      {scenario}, kPatience);
-    }
-};
-
-TEST_F(EndOfTheProcess, IsAStopFromACallbackWithTheResourceDeadlockError) {
-    const test_support::ChildResult result = RunScenario(L"stop-from-callback");
-    EXPECT_TRUE(result.finished) << result.output;
-    EXPECT_THAT(result.output, HasSubstr("resource deadlock"));
-    EXPECT_THAT(result.output, Not(HasSubstr("survived")));
-    EXPECT_EQ(result.exitCode, 71u);
-}
-
-TEST_F(EndOfTheProcess, IsAnExceptionThatLeavesACallback) {
-    const test_support::ChildResult result = RunScenario(L"throw-from-callback");
-    EXPECT_TRUE(result.finished) << result.output;
-    EXPECT_THAT(result.output, HasSubstr("exception: from the callback"));
-    EXPECT_EQ(result.exitCode, 72u);
-}
-
-TEST_F(EndOfTheProcess, IsASecondStartWhileTheLoopRuns) {
-    const test_support::ChildResult result = RunScenario(L"second-start");
-    EXPECT_TRUE(result.finished) << result.output;
-    EXPECT_THAT(result.output, HasSubstr("no exception"));
-    EXPECT_THAT(result.output, Not(HasSubstr("survived")));
-    EXPECT_EQ(result.exitCode, 73u);
+    EXPECT_EQ(timesFree, 0);
+    EXPECT_TRUE(test_support::IsWaitLockFree(*manager));
 }
 
 }  // namespace

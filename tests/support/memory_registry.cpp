@@ -37,6 +37,11 @@ void MemoryRegistry::AddKey(const std::string& key) {
     keys.insert(key);
 }
 
+void MemoryRegistry::RemoveKey(const std::string& key) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    keys.erase(key);
+}
+
 void MemoryRegistry::SetValue(const std::string& value, std::int64_t number) {
     const std::lock_guard<std::mutex> lock(mutex);
     keys.insert(value.substr(0, value.rfind(':')));

@@ -29,6 +29,8 @@ public:
     MemoryRegistry& operator=(const MemoryRegistry&) = delete;
 
     void AddKey(const std::string& key);
+    /// The key counts as absent from now on; its values can still be read.
+    void RemoveKey(const std::string& key);
     /// Adds the value's key, too.
     void SetValue(const std::string& value, std::int64_t number);
     std::optional<std::int64_t> Value(const std::string& value) const;

@@ -47,6 +47,29 @@ std::vector<std::string> ExportedNames(HMODULE module) {
     return names;
 }
 
+std::vector<IMAGE_SECTION_HEADER> Sections(HMODULE module) {
+    const IMAGE_NT_HEADERS& headers = ImageHeaders(module);
+    const IMAGE_SECTION_HEADER* const first = IMAGE_FIRST_SECTION(&headers);
+    return {first, first + headers.FileHeader.NumberOfSections};
+}
+
+std::string_view Contents(HMODULE module, const IMAGE_SECTION_HEADER& section) {
+    return {At<char>(module, section.VirtualAddress), section.Misc.VirtualSize};
+}
+
+std::size_t CountOfImportsByOrdinal(HMODULE module) {
+    std::size_t count = 0;
+    const auto* descriptor =
+        Directory<IMAGE_IMPORT_DESCRIPTOR>(module, IMAGE_DIRECTORY_ENTRY_IMPORT);
+    for (; descriptor != nullptr && descriptor->Name != 0; ++descriptor) {
+        const auto* lookup = At<IMAGE_THUNK_DATA>(module, descriptor->OriginalFirstThunk);
+        for (; lookup->u1.AddressOfData != 0; ++lookup) {
+            count += IMAGE_SNAP_BY_ORDINAL(lookup->u1.Ordinal) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
 std::vector<std::string> ImportedLibraries(HMODULE module) {
     std::vector<std::string> libraries;
     const auto* descriptor =

@@ -38,9 +38,12 @@ void RecordedEvents::Receive(void* context, int id, const XeEventField* fields, 
     }
     {
         const std::lock_guard<std::mutex> lock(recorded.mutex);
-        recorded.events.push_back(std::move(event));
+        recorded.events.push_back(event);
     }
     recorded.timeline.Note("event " + std::to_string(id));
+    if (recorded.onEvent) {
+        recorded.onEvent(event);
+    }
 }
 
 void RecordedEvents::ReceiveWarning(void* context, const char* text) {

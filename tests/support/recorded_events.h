@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <chrono>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -36,6 +37,9 @@ public:
     std::vector<Event> WithId(int id) const;
     /// What the event service found wrong with the events.
     std::vector<std::string> Warnings() const;
+
+    /// Called after each event on the thread that sends, which waits for it. Set before use.
+    std::function<void(const Event&)> onEvent;
 
 private:
     static void Receive(void* context, int id, const XeEventField* fields, std::size_t count);

@@ -30,6 +30,12 @@ struct RunningFlag {
 };
 template struct PrivateMember<RunningFlag, &TimerReportMgr::running_>;
 
+struct WaitMutex {
+    using Type = std::mutex TimerReportMgr::*;
+    friend Type Address(WaitMutex);
+};
+template struct PrivateMember<WaitMutex, &TimerReportMgr::waitMutex_>;
+
 inline std::int32_t TickHoursOf(TimerReportMgr& manager) { return manager.*Address(TickHours{}); }
 
 /// Wakes the loop as the system may do at any time without a reason.
@@ -39,6 +45,12 @@ inline void WakeSpuriously(TimerReportMgr& manager) {
 
 /// False from the first moment of Stop on.
 inline bool IsRunning(TimerReportMgr& manager) { return manager.*Address(RunningFlag{}); }
+
+/// Whether nobody holds the lock of the loop's wait. Not for a thread that may hold it itself.
+inline bool IsWaitLockFree(TimerReportMgr& manager) {
+    return std::unique_lock<std::mutex>(manager.*Address(WaitMutex{}), std::try_to_lock)
+        .owns_lock();
+}
 
 inline bool HasLoopThread(TimerReportMgr& manager) {
     return (manager.*Address(LoopThread{})).joinable();

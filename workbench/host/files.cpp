@@ -17,6 +17,7 @@ struct FileTraits {
 };
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr char kNameAnother[] = "; name another file";
 
 }  // namespace
 
@@ -47,7 +48,8 @@ std::wstring ComparablePath(std::string_view path) {
 std::string ReadTextFile(std::string_view path, std::string_view purpose) {
     const auto refuse = [&](DWORD error) {
         return HostError(ExitCode::BadInput, "cannot read the " + std::string(purpose) + " '" +
-                                                 std::string(path) + "': " + Win32ErrorText(error));
+                                                 std::string(path) + "': " + Win32ErrorText(error) +
+                                                 kNameAnother);
     };
     const ScopedHandle<FileTraits> file(CreateFileW(standins::ToWide(path).c_str(), GENERIC_READ,
                                                     FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
@@ -68,6 +70,30 @@ std::string ReadTextFile(std::string_view path, std::string_view purpose) {
         text.erase(0, kByteOrderMark.size());
     }
     return text;
+}
+
+void ReplaceTextFile(const std::string& path, std::string_view text, std::string_view option) {
+    const std::wstring target = standins::ToWide(path);
+    const std::wstring unfinished = target + L".unfinished";
+    const auto refuse = [&](DWORD error) {
+        DeleteFileW(unfinished.c_str());
+        return HostError(ExitCode::BadInput, "cannot write the file of " + std::string(option) +
+                                                 ", '" + path + "': " + Win32ErrorText(error) +
+                                                 kNameAnother);
+    };
+    ScopedHandle<FileTraits> file(CreateFileW(unfinished.c_str(), GENERIC_WRITE, 0, nullptr,
+                                              CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD written = 0;
+    if (!file ||
+        !WriteFile(file.Get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr)) {
+        const DWORD error = GetLastError();
+        file.Reset();
+        throw refuse(error);
+    }
+    file.Reset();
+    if (!MoveFileExW(unfinished.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+        throw refuse(GetLastError());
+    }
 }
 
 }  // namespace host

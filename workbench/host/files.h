@@ -21,4 +21,8 @@ std::wstring ComparablePath(std::string_view path);
 /// path when the file cannot be read.
 std::string ReadTextFile(std::string_view path, std::string_view purpose);
 
+/// Writes a file beside `path` and puts it in its place once it is whole, so that an existing file
+/// is never lost to a half new one. Throws HostError naming `option` ("--page") and path.
+void ReplaceTextFile(const std::string& path, std::string_view text, std::string_view option);
+
 }  // namespace host

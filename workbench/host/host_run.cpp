@@ -5,26 +5,18 @@
 
 #include "host/files.h"
 #include "host/host_error.h"
+#include "host/kept_state.h"
 #include "host/machine_time.h"
 #include "host/output_files.h"
-#include "host/simulated_surroundings.h"
+#include "host/page/page_writer.h"
 #include "host/story.h"
-#include "host/this_computer.h"
-#include "simulation/machine_loader.h"
+#include "host/surroundings_choice.h"
 #include "standins/common/text.h"
 
 namespace host {
 namespace {
 
 constexpr wchar_t kPluginFileName[] = L"TallyportPlugin.dll";
-
-simulation::Machine LoadMachineFile(const std::string& path) {
-    try {
-        return simulation::ParseMachine(ReadTextFile(path, "machine file"), path);
-    } catch (const simulation::MachineFileError& error) {
-        throw HostError(ExitCode::BadInput, error.what());
-    }
-}
 
 /// Full path of the plug-in.
 std::wstring FindPlugin(const std::string& given) {
@@ -46,19 +38,15 @@ std::wstring FindPlugin(const std::string& given) {
     return path;
 }
 
-std::unique_ptr<Surroundings> MakeSurroundings(const Options& options, const Suite& suite,
-                                               Screen& screen) {
-    if (options.machine.empty()) {
-        return std::make_unique<ThisComputer>(options.keptState, screen);
-    }
-    return std::make_unique<SimulatedSurroundings>(LoadMachineFile(options.machine),
-                                                   options.machine, suite);
-}
-
 void CheckScript(const std::vector<Happening>& script, const Surroundings& surroundings) {
     for (const Happening& happening : script) {
         surroundings.Check(happening);
     }
+}
+
+/// The hourly lines of a long run would bury the others.
+bool FoldsRepeats(const Options& options) {
+    return !options.everyLine && Story::StatusInterval(options.duration).has_value();
 }
 
 TextLines Heading(const Options& options, const std::wstring& plugin,
@@ -69,6 +57,14 @@ TextLines Heading(const Options& options, const std::wstring& plugin,
     table.rows.push_back({"for", FormatMachineTime(options.duration) + " of machine time"});
     if (!options.script.empty()) {
         table.rows.push_back({"script", options.script});
+    }
+    if (!options.events.empty()) {
+        table.rows.push_back({"events", options.events + ", one line of JSON for each"});
+    }
+    if (!options.log.empty()) {
+        table.rows.push_back(
+            {"log", options.log + ", with every log line" +
+                        (FoldsRepeats(options) ? "; below, repeats are left out" : "")});
     }
     TextLines lines = FormatTable(table);
     lines.emplace_back();
@@ -87,16 +83,23 @@ void NoteUnreached(const std::vector<Happening>& script, std::chrono::seconds du
     }
 }
 
-TextLines Closing(const RunObserver& observer, const RunClock& clock, const Options& options) {
+TextLines Closing(const RunObserver& observer, int listsBefore, const RunClock& clock,
+                  const Options& options) {
     TextLines lines{"", "Ran " + FormatMachineTime(*clock.Elapsed()) + " of machine time"};
     lines.emplace_back();
-    const TextLines summary = observer.Summary();
+    const TextLines summary = observer.Summary(listsBefore);
     lines.insert(lines.end(), summary.begin(), summary.end());
     if (!options.events.empty()) {
         lines.push_back("Every event is in " + options.events);
     }
     if (!options.log.empty()) {
         lines.push_back("Every log line is in " + options.log);
+        if (const std::size_t hidden = observer.LinesNotShown(); hidden != 0 && !options.quiet) {
+            lines.back() += ", with " + std::to_string(hidden) + " that are not shown above";
+        }
+    }
+    if (!options.page.empty()) {
+        lines.push_back("What left the machine, and why, is in " + options.page);
     }
     return lines;
 }
@@ -122,13 +125,27 @@ void RunHost(const Options& options) {
     screen.Line(LineKind::Step,
                 "Loaded ZedPluginsManager.dll and the other libraries of the suite");
     const StopSignal stopSignal;
-    RunObserver observer(suite, clock, screen, Story::StatusInterval(options.duration).has_value());
+    RunObserver observer(suite, clock, screen, FoldsRepeats(options));
     NoteUnreached(script, options.duration, screen);
+    RunRecord record{"A run on " + surroundings->Describe(), {}, {}, {}};
+    if (!options.page.empty()) {
+        observer.KeepRecord(record);
+    }
     surroundings->Prepare();
+    const int listsBefore = surroundings->DeviceListsSent();
+    if (listsBefore != 0) {
+        screen.Line(LineKind::Note, std::to_string(listsBefore) + " of " +
+                                        std::to_string(kMostDeviceLists) +
+                                        " device lists were sent before this run");
+    }
     files.Open(suite);
     Story({suite, plugin, *surroundings, clock, screen, observer, stopSignal})
         .Play(options.duration, script);
-    screen.Text(Closing(observer, clock, options));
+    record.firstList = listsBefore + 1;
+    if (!options.page.empty()) {
+        WritePage(record, options.page);
+    }
+    screen.Text(Closing(observer, listsBefore, clock, options));
 }
 
 }  // namespace host

@@ -8,6 +8,9 @@ inline constexpr wchar_t kKeptStateKey[] = L"SOFTWARE\\Orbisuite\\DataReportTime
 inline constexpr wchar_t kBiosReportTime[] = L"BiosReportTime";
 inline constexpr wchar_t kReportDevicesCount[] = L"ReportDevicesCount";
 
+/// Device lists that the plug-in sends on one machine, ever.
+inline constexpr int kMostDeviceLists = 10;
+
 /// The component's switches, under HKEY_USERS, behind the user's SID.
 inline constexpr wchar_t kSwitchKeySuffix[] = L"\\SOFTWARE\\Zentro\\Orbisuite\\TuneBoost";
 inline constexpr wchar_t kPopUpBlockingStatus[] = L"PopUpBlockingStatus";

@@ -1,4 +1,4 @@
-// The console host: loads the plug-in and shows what it does.
+// The console host: loads the plug-in and shows what it does, or what it would find.
 #include <windows.h>
 
 #include <fcntl.h>
@@ -10,9 +10,11 @@
 #include <string>
 #include <vector>
 
+#include "host/device_listing.h"
 #include "host/host_error.h"
 #include "host/host_run.h"
 #include "host/options.h"
+#include "host/page/page_writer.h"
 #include "standins/common/text.h"
 
 int wmain(int argumentCount, wchar_t** arguments) {
@@ -25,7 +27,10 @@ int wmain(int argumentCount, wchar_t** arguments) {
     }
     try {
         if (const auto options = host::ParseOptions(utf8Arguments, std::cout)) {
-            host::RunHost(*options);
+            const auto act = options->listDevices     ? &host::ListDevices
+                             : !options->from.empty() ? &host::WritePageFromFiles
+                                                      : &host::RunHost;
+            act(*options);
         }
         return static_cast<int>(host::ExitCode::Done);
     } catch (const host::HostError& error) {

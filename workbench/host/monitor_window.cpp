@@ -26,9 +26,9 @@ HWND FindMonitorWindow() {
 
 }  // namespace
 
-bool WaitForMonitorWindow() {
-    return WaitPatiently([] { return FindMonitorWindow() != nullptr; });
-}
+bool WaitForMonitorWindow() { return WaitPatiently(&HasMonitorWindow); }
+
+bool HasMonitorWindow() { return FindMonitorWindow() != nullptr; }
 
 void AnnounceDevice(const simulation::Device& device, bool arrived) {
     const HWND window = FindMonitorWindow();

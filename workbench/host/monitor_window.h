@@ -8,6 +8,9 @@ namespace host {
 /// Waits until the plug-in's monitor thread has its window. False when none comes.
 bool WaitForMonitorWindow();
 
+/// Whether this process has the window now.
+bool HasMonitorWindow();
+
 /// Plays the system's part when a device comes or goes: tells the window, if there is one, of the
 /// device's interfaces and waits until it has dealt with that.
 void AnnounceDevice(const simulation::Device& device, bool arrived);

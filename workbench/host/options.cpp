@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
+#include <initializer_list>
+#include <string_view>
 
 #include "host/host_error.h"
 
@@ -17,10 +19,12 @@ constexpr char kFooter[] =
 clock, on which a day takes two or three seconds; the program by itself waits in real time.
 
 Examples:
-  ./dev run                                  start, see the first reports, stop
+  ./dev run                                  eleven days of an office laptop, all options set
+  ./dev run --seconds 5                      this computer: start, see the first reports, stop
   ./dev run --days 7 --events week.ndjson    a week on the fast clock, with a record of all events
   ./dev run --seconds 10 --machine laptop.json --script story.jsonl
                                              a described machine and timed happenings
+  ./dev run --list-devices                   what the plug-in's device inventory would hold
 
 Ctrl-C ends a run early and in order. The exit code is 0 when everything ran in order, 1 when the
 plug-in did not load, start or stop as it should, and 2 when an option or a file is wrong. Machine
@@ -67,6 +71,34 @@ HostError BadOption(const CLI::ParseError& error) {
     return HostError(ExitCode::BadInput, message + kSeeHelp);
 }
 
+/// Throws HostError when `act`, which starts no run, stands beside an option other than `others`.
+void RefuseRunOptions(const CLI::App& app, const std::string& act,
+                      std::initializer_list<std::string_view> others) {
+    const std::string advice = " is for a run, and " + act + " starts none; leave one of them out";
+    for (const CLI::Option* const option : app.get_options()) {
+        const std::string name = option->get_name();
+        if (option->count() != 0 && name != act &&
+            std::find(others.begin(), others.end(), name) == others.end()) {
+            throw HostError(ExitCode::BadInput, name + advice);
+        }
+    }
+}
+
+/// A record is read for a page, and a log to stand beside a record.
+void CheckRecord(const CLI::App& app, const Options& options) {
+    if (options.from.empty() && !options.fromLog.empty()) {
+        throw HostError(ExitCode::BadInput,
+                        "--from-log goes with a record of events; name that with --from");
+    }
+    if (!options.from.empty()) {
+        if (options.page.empty()) {
+            throw HostError(ExitCode::BadInput,
+                            "--from shows a record as a page; name the page's file with --page");
+        }
+        RefuseRunOptions(app, "--from", {"--from-log", "--page"});
+    }
+}
+
 }  // namespace
 
 std::optional<Options> ParseOptions(const std::vector<std::string>& arguments, std::ostream& help) {
@@ -92,13 +124,28 @@ std::optional<Options> ParseOptions(const std::vector<std::string>& arguments, s
     addFile(
         "--machine", options.machine, "What runs",
         "Let the plug-in see the machine that this JSON file describes instead of this computer");
+    app.add_flag("--list-devices", options.listDevices,
+                 "Start nothing; show the devices, printers and displays that the plug-in would "
+                 "find, and which of them it would report")
+        ->group("What runs");
     addFile("--script", options.script, "What runs",
             "Play the timed happenings of this file, one JSON object per line");
     addFile("--events", options.events, "What is written",
             "Record every event, one JSON object per line; replaces an existing file");
     addFile("--log", options.log, "What is written",
             "Write every log line; replaces an existing file");
+    addFile("--page", options.page, "What is written",
+            "Write one HTML page that shows what left the machine, and why; replaces an existing "
+            "file");
+    addFile("--from", options.from, "What is written",
+            "Start nothing; make the page from this file, which --events wrote");
+    addFile("--from-log", options.fromLog, "What is written",
+            "Show this file, which --log wrote, beside the events of --from");
     app.add_flag("--quiet", options.quiet, "Show the summary only")->group("What is written");
+    app.add_flag("--every-line", options.everyLine,
+                 "Show repeated log lines and events in full; a run of more than a minute leaves "
+                 "them out")
+        ->group("What is written");
 
     auto* const keep = app.add_flag("--keep-state", keepState,
                                     "Leave the values that the plug-in keeps in the registry "
@@ -122,6 +169,10 @@ std::optional<Options> ParseOptions(const std::vector<std::string>& arguments, s
     } catch (const CLI::ParseError& error) {
         throw BadOption(error);
     }
+    if (options.listDevices) {
+        RefuseRunOptions(app, "--list-devices", {"--machine", "--quiet"});
+    }
+    CheckRecord(app, options);
     if (app.count("--days") + app.count("--hours") + app.count("--seconds") != 0) {
         options.duration = std::chrono::hours(duration.days * 24 + duration.hours) +
                            std::chrono::seconds(duration.seconds);

@@ -24,8 +24,13 @@ struct Options {
     std::string script;
     std::string events;
     std::string log;
+    std::string page;
+    std::string from;     ///< Nothing runs; the page shows this record of events.
+    std::string fromLog;  ///< The log that belongs to it.
     KeptState keptState = KeptState::Automatic;
     bool quiet = false;
+    bool everyLine = false;
+    bool listDevices = false;  ///< Nothing runs; of the rest only `machine` and `quiet` matter.
 };
 
 /// Reads the arguments behind the program's name, in UTF-8. When help is asked for, writes it to

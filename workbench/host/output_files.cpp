@@ -16,7 +16,8 @@ namespace {
 
 HostError Unwritable(const char* option, const std::string& path, DWORD error) {
     return HostError(ExitCode::BadInput, std::string("cannot write the file of ") + option + ", '" +
-                                             path + "': " + Win32ErrorText(error));
+                                             path + "': " + Win32ErrorText(error) +
+                                             "; name another file");
 }
 
 /// Opens the file for writing and closes it again.
@@ -36,12 +37,13 @@ void TouchFile(const char* option, const std::string& path, DWORD disposition) {
     }
 }
 
-void RefuseSameFile(const Options& options) {
-    const std::vector<std::pair<const char*, std::string>> files{{"--plugin", options.plugin},
-                                                                 {"--machine", options.machine},
-                                                                 {"--script", options.script},
-                                                                 {"--events", options.events},
-                                                                 {"--log", options.log}};
+}  // namespace
+
+void RefuseSameFiles(const Options& options) {
+    const std::vector<std::pair<const char*, std::string>> files{
+        {"--plugin", options.plugin}, {"--machine", options.machine}, {"--script", options.script},
+        {"--events", options.events}, {"--log", options.log},         {"--page", options.page},
+        {"--from", options.from},     {"--from-log", options.fromLog}};
     for (auto first = files.begin(); first != files.end(); ++first) {
         for (auto second = first + 1; second != files.end(); ++second) {
             if (!first->second.empty() && !second->second.empty() &&
@@ -54,15 +56,16 @@ void RefuseSameFile(const Options& options) {
     }
 }
 
-}  // namespace
-
 OutputFiles::OutputFiles(const Options& options) : events(options.events), log(options.log) {
-    RefuseSameFile(options);
+    RefuseSameFiles(options);
     if (!events.empty()) {
         TouchFile("--events", events, OPEN_ALWAYS);
     }
     if (!log.empty()) {
         TouchFile("--log", log, OPEN_ALWAYS);
+    }
+    if (!options.page.empty()) {
+        TouchFile("--page", options.page, OPEN_ALWAYS);
     }
 }
 

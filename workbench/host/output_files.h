@@ -8,8 +8,11 @@
 
 namespace host {
 
-/// Record of events and log file. An existing file keeps its content until Open, that is, until
-/// everything else was found to be in order.
+/// Throws HostError when two options name the same file.
+void RefuseSameFiles(const Options& options);
+
+/// Record of events, log file and page. An existing file keeps its content until Open, that is,
+/// until everything else was found to be in order.
 class OutputFiles {
 public:
     /// Throws HostError when a file cannot be written, or is one of the run's inputs. Changes no

@@ -22,7 +22,8 @@ std::wstring OwnSid() {
         !GetTokenInformation(token.Get(), TokenUser, user, sizeof(user), &size) ||
         !ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(user)->User.Sid, &text)) {
         throw HostError(ExitCode::RunFailed,
-                        "cannot find out the account's SID: " + Win32ErrorText(GetLastError()));
+                        "cannot find out the account's SID: " + Win32ErrorText(GetLastError()) +
+                            "; run on a described machine: --machine FILE");
     }
     const std::unique_ptr<wchar_t, decltype(&LocalFree)> owner(text, LocalFree);
     return text;

@@ -15,6 +15,12 @@ std::string FileNameOf(const std::wstring& path) {
     return standins::ToUtf8(path.substr(path.find_last_of(L"\\/") + 1));
 }
 
+HostError StepFailed(const std::string& step) {
+    return HostError(ExitCode::RunFailed, "the plug-in's " + step +
+                                              " failed; what it logged before tells more, and "
+                                              "--log FILE keeps it");
+}
+
 }  // namespace
 
 PluginSession::PluginSession(const Suite& theSuite, std::wstring thePath,
@@ -26,9 +32,10 @@ PluginSession::PluginSession(const Suite& theSuite, std::wstring thePath,
     if (!module) {
         const DWORD error = GetLastError();
         const std::string advice =
-            error == ERROR_MOD_NOT_FOUND ? "; a library that it needs is missing"
+            error == ERROR_MOD_NOT_FOUND ? "; a library that it needs is missing: put it beside it"
             : error == ERROR_DLL_INIT_FAILED
-                ? "; its entry point refused, as it does without a plug-in manager"
+                ? "; its entry point refused, as it does without a plug-in manager: put "
+                  "ZedPluginsManager.dll beside the host"
                 : "; is it a 64-bit Windows library?";
         throw HostError(ExitCode::RunFailed, "cannot load the plug-in '" + standins::ToUtf8(path) +
                                                  "': " + Win32ErrorText(error) + advice);
@@ -60,15 +67,17 @@ void PluginSession::FindRegistration(std::size_t registeredBefore) {
                                                  "was loaded; is it a plug-in?");
     }
     if (!registration->factory) {
-        throw HostError(ExitCode::RunFailed, "'" + standins::ToUtf8(path) +
-                                                 "' registered no factory; it cannot be created");
+        throw HostError(ExitCode::RunFailed,
+                        "'" + standins::ToUtf8(path) +
+                            "' registered no factory, so it cannot be created; set one "
+                            "in its registration");
     }
 }
 
 void PluginSession::Start(RunClock& clock) {
     const auto demand = [&](bool success, const char* step) {
         if (!success) {
-            throw HostError(ExitCode::RunFailed, std::string("the plug-in's ") + step + " failed");
+            throw StepFailed(step);
         }
     };
     screen.Line(LineKind::Step, "Create it through its factory");
@@ -102,7 +111,7 @@ void PluginSession::Stop() {
     // The last reference goes here, while the code of its deleter is still loaded.
     plugin.reset();
     if (!failed.empty()) {
-        throw HostError(ExitCode::RunFailed, "the plug-in's " + failed + " failed");
+        throw StepFailed(failed);
     }
 }
 
@@ -116,7 +125,8 @@ void PluginSession::Unload() {
     // Threads of the plug-in that are about to end keep it in memory.
     if (!WaitPatiently([&] { return GetModuleHandleW(path.c_str()) == nullptr; })) {
         throw HostError(ExitCode::RunFailed,
-                        "the plug-in stays loaded after Stop: a thread of it is still running");
+                        "the plug-in stays loaded after Stop: a thread of it is still running, or "
+                        "somebody kept a reference to it; Stop has to see to both");
     }
 }
 

@@ -1,6 +1,8 @@
 #include "host/run_observer.h"
 
+#include "host/device_list_view.h"
 #include "host/event_view.h"
+#include "host/page/recorded_time.h"
 #include "standins/common/text.h"
 
 namespace host {
@@ -8,6 +10,15 @@ namespace {
 
 /// What the plug-in logs before it sends a device list.
 constexpr std::wstring_view kListBegins = L"Peripheral list(";
+
+std::vector<std::string> TextsOf(const SentEvent& event) {
+    std::vector<std::string> texts{std::to_string(event.id)};
+    for (const SentField& field : event.fields) {
+        texts.push_back(field.key);
+        texts.push_back(field.value);
+    }
+    return texts;
+}
 
 }  // namespace
 
@@ -47,13 +58,16 @@ void RunObserver::OnWarning(void* context, const char* text) {
 void RunObserver::Add(int level, const std::wstring& line) {
     {
         const std::lock_guard<std::mutex> lock(mutex);
+        if (record != nullptr) {
+            record->lines.push_back({UtcNow(), level, standins::ToUtf8(line)});
+        }
         if (schedule.OnLogLine(line, Now())) {
             lastTimerLine = std::chrono::steady_clock::now();
         }
         if (line.compare(0, kListBegins.size(), kListBegins) == 0) {
             deviceLists.Begin(Now());
         }
-        if (foldRepeats && !linesShown.insert(line).second) {
+        if (foldRepeats && (TickSchedule::IsWaitLine(line) || !linesShown.insert(line).second)) {
             ++linesFolded;
             return;
         }
@@ -64,29 +78,44 @@ void RunObserver::Add(int level, const std::wstring& line) {
 
 void RunObserver::Add(const SentEvent& event) {
     std::int64_t timerHour = 0;
+    bool isRepeat = false;
     {
         const std::lock_guard<std::mutex> lock(mutex);
+        if (record != nullptr) {
+            record->events.push_back({UtcNow(), event});
+        }
         timerHour = schedule.HoursPassed(Now());
         summary.Add(event, Now());
         deviceLists.Add(event);
+        isRepeat = foldRepeats && !eventsShown.insert(TextsOf(event)).second;
     }
     screen.Line(LineKind::Event,
                 std::to_string(event.id) + " " + EventName(event.id) + ", " +
                     std::to_string(EventBytes(event)) + " bytes, timer hour " +
-                    std::to_string(timerHour),
-                DescribeEvent(event));
+                    std::to_string(timerHour) + (isRepeat ? ", the same as before" : ""),
+                isRepeat ? TextLines() : DescribeEvent(event));
+}
+
+void RunObserver::KeepRecord(RunRecord& target) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    record = &target;
 }
 
 std::string RunObserver::Status() {
     const std::lock_guard<std::mutex> lock(mutex);
     const auto next = schedule.NextRun();
     std::string text = next ? "the timer runs next at " + *next : "no timer runs";
-    if (linesFolded != 0) {
-        text += "; " + std::to_string(linesFolded) + " repeated log lines not shown";
+    if (const std::size_t count = linesFolded - linesFoldedBeforeStatus; count != 0) {
+        text += "; " + Plural(count, "log line") + " not shown";
     }
     linesShown.clear();
-    linesFolded = 0;
+    linesFoldedBeforeStatus = linesFolded;
     return text;
+}
+
+std::size_t RunObserver::LinesNotShown() const {
+    const std::lock_guard<std::mutex> lock(mutex);
+    return linesFolded;
 }
 
 bool RunObserver::HasHourlyReport() const {
@@ -105,9 +134,9 @@ void RunObserver::OnStopped() {
     schedule.Clear();
 }
 
-TextLines RunObserver::Summary() const {
+TextLines RunObserver::Summary(int listsBefore) const {
     const std::lock_guard<std::mutex> lock(mutex);
-    TextLines lines = deviceLists.Describe();
+    TextLines lines = DescribeDeviceLists(deviceLists.Lists(), listsBefore + 1);
     if (!lines.empty()) {
         lines.emplace_back();
     }

@@ -5,9 +5,11 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "host/device_list.h"
 #include "host/event_summary.h"
+#include "host/page/run_record.h"
 #include "host/run_clock.h"
 #include "host/screen.h"
 #include "host/suite.h"
@@ -20,15 +22,22 @@ namespace host {
 class RunObserver {
 public:
     /// With `foldsRepeats`, a log line that was shown already since the last status is only
-    /// counted.
+    /// counted, as is each line that begins a wait of the timer; the fields of an event that was
+    /// shown already are not shown again.
     RunObserver(const Suite& theSuite, const RunClock& theClock, Screen& theScreen,
                 bool foldsRepeats);
     ~RunObserver();
     RunObserver(const RunObserver&) = delete;
     RunObserver& operator=(const RunObserver&) = delete;
 
-    /// When the plug-in runs next and how many lines were folded since the last call.
+    /// From now on also keeps every event and log line in `target`, which must outlive this object.
+    void KeepRecord(RunRecord& target);
+
+    /// When the plug-in runs next and how many log lines were not shown since the last call.
     std::string Status();
+
+    /// How many log lines were not shown at all.
+    std::size_t LinesNotShown() const;
 
     /// Whether the plug-in registered the hourly report, for which it starts its device monitor.
     bool HasHourlyReport() const;
@@ -38,8 +47,8 @@ public:
     /// The plug-in was stopped.
     void OnStopped();
 
-    /// What the run sent.
-    TextLines Summary() const;
+    /// What the run sent. `listsBefore` device lists were sent before it.
+    TextLines Summary(int listsBefore) const;
 
 private:
     static void OnLogLine(void* context, int level, const wchar_t* text);
@@ -60,9 +69,12 @@ private:
     TickSchedule schedule;
     std::chrono::steady_clock::time_point lastTimerLine{};
     EventSummary summary;
-    DeviceLists deviceLists;
+    DeviceListCollector deviceLists;
     std::set<std::wstring> linesShown;  ///< Since the last status.
-    std::size_t linesFolded = 0;        ///< Since the last status.
+    std::size_t linesFolded = 0;
+    std::size_t linesFoldedBeforeStatus = 0;
+    RunRecord* record = nullptr;                     ///< Null while none is kept.
+    std::set<std::vector<std::string>> eventsShown;  ///< Id, keys and values of each.
 };
 
 }  // namespace host

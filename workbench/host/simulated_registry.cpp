@@ -15,6 +15,21 @@ bool SimulatedRegistry::NameOrder::operator()(const std::wstring& left,
     return _wcsicmp(left.c_str(), right.c_str()) < 0;
 }
 
+std::optional<std::int64_t> SimulatedRegistry::Get(HKEY root, const std::wstring& subKey,
+                                                   const std::wstring& valueName) const {
+    const std::lock_guard<std::mutex> lock(mutex);
+    const auto keys = roots.find(root);
+    if (keys == roots.end()) {
+        return std::nullopt;
+    }
+    const auto key = keys->second.find(subKey);
+    if (key == keys->second.end()) {
+        return std::nullopt;
+    }
+    const auto value = key->second.find(valueName);
+    return value == key->second.end() ? std::nullopt : std::optional(value->second);
+}
+
 void SimulatedRegistry::Set(HKEY root, const std::wstring& subKey, const std::wstring& valueName,
                             std::optional<std::int64_t> number) {
     const std::lock_guard<std::mutex> lock(mutex);
@@ -40,22 +55,19 @@ int SimulatedRegistry::Answer(void* context, int operation, HKEY root, const wch
 }
 
 int SimulatedRegistry::Read(HKEY root, const wchar_t* subKey, const wchar_t* valueName,
-                            long long& value) {
-    const std::lock_guard<std::mutex> lock(mutex);
-    const Keys& keys = roots[root];
-    const auto key = keys.find(subKey);
-    if (key == keys.end()) {
-        return FILE_KIT_FAIL;
-    }
+                            long long& value) const {
     // The question may be for the key alone.
     if (valueName == nullptr) {
-        return FILE_KIT_SUCCEED;
+        const std::lock_guard<std::mutex> lock(mutex);
+        const auto keys = roots.find(root);
+        return keys != roots.end() && keys->second.count(subKey) != 0 ? FILE_KIT_SUCCEED
+                                                                      : FILE_KIT_FAIL;
     }
-    const auto found = key->second.find(valueName);
-    if (found == key->second.end()) {
+    const std::optional<std::int64_t> number = Get(root, subKey, valueName);
+    if (!number) {
         return FILE_KIT_FAIL;
     }
-    value = found->second;
+    value = *number;
     return FILE_KIT_SUCCEED;
 }
 

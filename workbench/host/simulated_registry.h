@@ -21,6 +21,9 @@ public:
     SimulatedRegistry(const SimulatedRegistry&) = delete;
     SimulatedRegistry& operator=(const SimulatedRegistry&) = delete;
 
+    /// Nothing when there is no such value.
+    std::optional<std::int64_t> Get(HKEY root, const std::wstring& subKey,
+                                    const std::wstring& valueName) const;
     /// Creates key and value where they do not exist. An absent number removes the value only.
     void Set(HKEY root, const std::wstring& subKey, const std::wstring& valueName,
              std::optional<std::int64_t> number);
@@ -35,10 +38,10 @@ private:
     static int Answer(void* context, int operation, HKEY root, const wchar_t* subKey,
                       const wchar_t* valueName, unsigned int accessMask, long long* value,
                       unsigned long* error);
-    int Read(HKEY root, const wchar_t* subKey, const wchar_t* valueName, long long& value);
+    int Read(HKEY root, const wchar_t* subKey, const wchar_t* valueName, long long& value) const;
 
     const Suite& suite;
-    std::mutex mutex;
+    mutable std::mutex mutex;
     std::map<HKEY, Keys> roots;
 };
 

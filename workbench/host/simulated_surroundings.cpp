@@ -1,6 +1,7 @@
 #include "host/simulated_surroundings.h"
 
 #include <algorithm>
+#include <sstream>
 #include <utility>
 
 #include "host/host_error.h"
@@ -23,6 +24,17 @@ std::wstring ConsoleUserSid(const simulation::Logons& logons) {
     }
     const auto account = logons.accounts.find(session->userName);
     return account == logons.accounts.end() ? std::wstring() : account->second;
+}
+
+/// Empty when everything came back.
+std::string OneLine(const simulation::ResourceLedger& ledger) {
+    std::ostringstream lines;
+    lines << ledger;
+    std::string text = lines.str();
+    for (std::size_t end = 0; (end = text.find('\n', end)) != std::string::npos;) {
+        text.replace(end, 1, end + 1 == text.size() ? "" : "; ");
+    }
+    return text;
 }
 
 }  // namespace
@@ -101,10 +113,23 @@ void SimulatedSurroundings::Leave() {
         return simulation::WaitForThreads(simulated->world(), std::chrono::milliseconds(0));
     };
     if (!WaitPatiently(threadsEnded)) {
-        throw HostError(ExitCode::RunFailed, "a thread of the plug-in is still running after Stop");
+        throw HostError(ExitCode::RunFailed,
+                        "a thread of the plug-in is still running after Stop, which has to see to "
+                        "its end");
     }
     simulated->world().Change([&](simulation::Machine& left) { machine = std::move(left); });
+    const std::string unbalanced = OneLine(simulated->world().ledger);
     simulated.reset();
+    if (!unbalanced.empty()) {
+        throw HostError(ExitCode::RunFailed,
+                        "the plug-in did not give back what the system handed out: " + unbalanced +
+                            "; it has to, on every way out");
+    }
+}
+
+int SimulatedSurroundings::DeviceListsSent() const {
+    return static_cast<int>(
+        registry.Get(HKEY_LOCAL_MACHINE, kKeptStateKey, kReportDevicesCount).value_or(0));
 }
 
 void SimulatedSurroundings::Perform(const SetSwitch& action) {

@@ -32,7 +32,8 @@ StopSignal::StopSignal() {
     stopped.Reset(CreateEventW(nullptr, /*bManualReset=*/TRUE, FALSE, nullptr));
     if (!stopRequested || !stopped || !SetConsoleCtrlHandler(OnControlEvent, TRUE)) {
         throw HostError(ExitCode::RunFailed,
-                        "cannot watch for Ctrl-C: " + Win32ErrorText(GetLastError()));
+                        "cannot watch for Ctrl-C: " + Win32ErrorText(GetLastError()) +
+                            "; start the host from a console");
     }
 }
 

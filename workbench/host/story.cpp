@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/kept_state.h"
 #include "host/monitor_window.h"
 #include "host/patience.h"
 
@@ -56,9 +57,24 @@ void Story::StartPlugin() {
     session = std::make_unique<PluginSession>(stage.suite, stage.pluginPath, stage.surroundings,
                                               stage.screen);
     session->Start(stage.clock);
-    // A Stop that finds no monitor window leaves the monitor running for good.
     if (stage.observer.HasHourlyReport()) {
-        WaitForMonitorWindow();
+        // A Stop that finds no monitor window leaves the monitor running for good.
+        monitorRuns = WaitForMonitorWindow();
+    } else if (stage.surroundings.DeviceListsSent() >= kMostDeviceLists) {
+        // The plug-in gives every other reason itself.
+        stage.screen.Line(LineKind::Note, "It started no device monitor: " + ListsSent());
+    }
+}
+
+std::string Story::ListsSent() const {
+    return std::to_string(stage.surroundings.DeviceListsSent()) + " of " +
+           std::to_string(kMostDeviceLists) + " device lists sent";
+}
+
+void Story::WatchMonitor() {
+    if (monitorRuns && !HasMonitorWindow()) {
+        monitorRuns = false;
+        stage.screen.Line(LineKind::Note, "The device monitor ended: " + ListsSent());
     }
 }
 
@@ -70,6 +86,8 @@ void Story::LetTimerSettle() {
 
 void Story::StopPlugin() {
     LetTimerSettle();
+    WatchMonitor();
+    monitorRuns = false;
     session->Stop();
     stage.observer.OnStopped();
     session->Unload();
@@ -77,13 +95,15 @@ void Story::StopPlugin() {
 }
 
 Story::Course Story::WaitUntil(seconds time) {
+    constexpr std::chrono::milliseconds kBetweenLooks = minutes(10);
     // A wait of the system's may end a little early.
     for (;;) {
         const auto left = stage.clock.Until(time);
-        if (stage.stopSignal.WaitFor(left)) {
+        if (stage.stopSignal.WaitFor(monitorRuns ? std::min(left, kBetweenLooks) : left)) {
             stage.screen.Line(LineKind::Note, "Ctrl-C: the run ends early");
             return Course::Ends;
         }
+        WatchMonitor();
         if (left.count() == 0) {
             return Course::GoesOn;
         }
@@ -127,6 +147,9 @@ Story::Course Story::Perform(const Happening& happening) {
     return std::visit(Performer{*this}, happening.action);
 }
 
-void Story::ShowStatus() { stage.screen.Line(LineKind::Wait, stage.observer.Status()); }
+void Story::ShowStatus() {
+    stage.screen.Line(LineKind::Wait,
+                      stage.observer.Status() + (monitorRuns ? "; " + ListsSent() : ""));
+}
 
 }  // namespace host

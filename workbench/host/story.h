@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "host/plugin_session.h"
@@ -44,15 +45,20 @@ private:
 
     void StartPlugin();
     void StopPlugin();
+    /// Says so when the plug-in's device monitor ended on its own, as it does without a word.
+    void WatchMonitor();
     /// Waits until the plug-in's timer can be stopped.
     void LetTimerSettle();
     /// Waits until machine time; `Ends` when Ctrl-C came meanwhile.
     Course WaitUntil(std::chrono::seconds time);
     Course Perform(const Happening& happening);
     void ShowStatus();
+    /// "3 of 10 device lists were sent".
+    std::string ListsSent() const;
 
     const Stage stage;
     std::unique_ptr<PluginSession> session;
+    bool monitorRuns = false;
 };
 
 }  // namespace host

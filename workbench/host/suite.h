@@ -15,12 +15,14 @@
 
 namespace host {
 
-/// One library of the suite. Its control functions are looked up by name: were they imported, a
-/// missing library would end the process before it could say which one is missing.
+/// One library of the suite, or of the workbench. Its control functions are looked up by name: were
+/// they imported, a missing library would end the process before it could say which one is missing.
 class SuiteLibrary {
 public:
     /// Loads the library from `folder` and nowhere else. Throws HostError when it is not there.
     SuiteLibrary(const std::wstring& folder, const wchar_t* fileName);
+
+    HMODULE Module() const { return module.Get(); }
 
     /// Throws HostError when the library lacks the function.
     template <class Function>

@@ -29,6 +29,9 @@ public:
     /// Right before it is unloaded. No thread of the plug-in runs any more.
     virtual void Leave() = 0;
 
+    /// The plug-in's own count of the device lists that it ever sent; 0 while it keeps none.
+    virtual int DeviceListsSent() const = 0;
+
     virtual void Perform(const SetSwitch& action) = 0;
     virtual void Perform(const PlugDevice& action) = 0;
 };

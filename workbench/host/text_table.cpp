@@ -41,7 +41,10 @@ TextLines FormatTable(const TextTable& table) {
     for (const auto& row : table.rows) {
         widths.resize(std::max(widths.size(), row.size()));
         for (std::size_t column = 0; column < row.size(); ++column) {
-            widths[column] = std::max(widths[column], Width(row[column]));
+            const std::size_t width = Width(row[column]);
+            if (width <= table.maxAlignedWidth) {
+                widths[column] = std::max(widths[column], width);
+            }
         }
     }
     const auto isRightAligned = [&](std::size_t column) {
@@ -52,7 +55,8 @@ TextLines FormatTable(const TextTable& table) {
     for (const auto& row : table.rows) {
         std::string line;
         for (std::size_t column = 0; column < row.size(); ++column) {
-            const std::string padding(widths[column] - Width(row[column]), ' ');
+            const std::size_t width = Width(row[column]);
+            const std::string padding(std::max(widths[column], width) - width, ' ');
             line += column == 0 ? "" : "  ";
             line += isRightAligned(column) ? padding + row[column] : row[column] + padding;
         }
@@ -75,6 +79,10 @@ std::string Printable(std::string_view text) {
         result += escape;
     }
     return result;
+}
+
+std::string Plural(std::size_t count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 }  // namespace host

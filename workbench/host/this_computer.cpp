@@ -15,7 +15,8 @@ namespace {
 
 HostError Failed(const std::string& what, LSTATUS error) {
     return HostError(ExitCode::RunFailed,
-                     "cannot " + what + ": " + Win32ErrorText(static_cast<DWORD>(error)));
+                     "cannot " + what + ": " + Win32ErrorText(static_cast<DWORD>(error)) +
+                         "; run with more rights, or on a described machine: --machine FILE");
 }
 
 /// The executable that is installed as the component.
@@ -72,6 +73,14 @@ void ThisComputer::Prepare() {
     if (underWine) {
         InstallComponent();
     }
+}
+
+int ThisComputer::DeviceListsSent() const {
+    std::int32_t count = 0;
+    DWORD size = sizeof(count);
+    const LSTATUS error = RegGetValueW(HKEY_LOCAL_MACHINE, kKeptStateKey, kReportDevicesCount,
+                                       RRF_RT_REG_DWORD, nullptr, &count, &size);
+    return error == ERROR_SUCCESS ? count : 0;
 }
 
 void ThisComputer::RemoveKeptState() {

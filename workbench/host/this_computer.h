@@ -21,6 +21,7 @@ public:
     void Prepare() override;
     void Enter(HMODULE /*plugin*/) override {}
     void Leave() override {}
+    int DeviceListsSent() const override;
     void Perform(const SetSwitch& action) override;
     void Perform(const PlugDevice& /*action*/) override {}
 

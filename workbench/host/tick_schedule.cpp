@@ -29,13 +29,15 @@ bool TickSchedule::OnLogLine(std::wstring_view line, std::chrono::seconds time) 
         }
         return true;
     }
-    if (StartsWith(line, kLoopText)) {
+    if (IsWaitLine(line)) {
         ++waitsBegun;
         waitBegan = time;
         return true;
     }
     return false;
 }
+
+bool TickSchedule::IsWaitLine(std::wstring_view line) { return StartsWith(line, kLoopText); }
 
 bool TickSchedule::Contains(std::int32_t hours) const {
     return std::find(intervalHours.begin(), intervalHours.end(), hours) != intervalHours.end();

@@ -17,6 +17,9 @@ public:
     /// True when the line is about the timer.
     bool OnLogLine(std::wstring_view line, std::chrono::seconds time);
 
+    /// Whether the line is the one that begins each wait.
+    static bool IsWaitLine(std::wstring_view line);
+
     /// The plug-in was stopped: nothing is scheduled any more.
     void Clear() { *this = TickSchedule(); }
 

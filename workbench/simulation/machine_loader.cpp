@@ -1,5 +1,6 @@
 #include "simulation/machine_loader.h"
 
+#include <cwchar>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -9,6 +10,21 @@
 
 namespace simulation {
 namespace {
+
+/// One line of UTF-8. The parser writes a control character the same way.
+std::string Readable(const std::string& text) {
+    std::wstring line;
+    for (const wchar_t unit : FromUtf8(text)) {
+        if (unit >= 0x20) {
+            line += unit;
+            continue;
+        }
+        wchar_t name[16];
+        std::swprintf(name, std::size(name), L"<U+%04X>", static_cast<unsigned>(unit));
+        line += name;
+    }
+    return ToUtf8(line);
+}
 
 /// The parser keeps the last of several equal keys of an object; in a machine file the others would
 /// be lost unseen.
@@ -29,8 +45,9 @@ nlohmann::json ParseWithUniqueKeys(const std::string& text, const std::string& f
     };
     try {
         return nlohmann::json::parse(text, watch);
-    } catch (const nlohmann::json::parse_error& error) {
-        // "[json.exception.parse_error.101] parse error at line 3, column 5: ..."
+    } catch (const nlohmann::json::exception& error) {
+        // "[json.exception.parse_error.101] parse error at line 3, column 5: ...", or a number that
+        // is too large for any type, which the parser does not count among the parse errors.
         const std::string message = error.what();
         throw MachineFileError(fileName + ": not JSON: " + message.substr(message.find(']') + 2));
     }
@@ -99,6 +116,8 @@ Clocks ReadClocks(const JsonNode& node) {
 }
 
 }  // namespace
+
+MachineFileError::MachineFileError(const std::string& text) : std::runtime_error(Readable(text)) {}
 
 Machine ParseMachine(const std::string& text, const std::string& fileName) {
     const nlohmann::json document = ParseWithUniqueKeys(text, fileName);

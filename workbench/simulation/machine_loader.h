@@ -13,7 +13,8 @@ namespace simulation {
 /// document (a JSON pointer), what was expected there and what was found.
 class MachineFileError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    /// What the file brings into the text, be it a line break or no UTF-8 at all, is made readable.
+    explicit MachineFileError(const std::string& text);
 };
 
 /// Throws MachineFileError.

@@ -27,10 +27,10 @@ inline constexpr char kStopWithoutWindow[] =
 inline constexpr char kCountValue[] =
     "HKLM\\SOFTWARE\\Orbisuite\\DataReportTime:ReportDevicesCount";
 
-/// False when the condition does not come true within ten seconds.
+/// False when the condition does not come true within half a minute.
 template <class Condition>
 bool ComesTrue(Condition condition) {
-    for (int i = 0; i < 10'000 && !condition(); ++i) {
+    for (int i = 0; i < 30'000 && !condition(); ++i) {
         Sleep(1);
     }
     return condition();

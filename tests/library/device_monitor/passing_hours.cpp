@@ -12,11 +12,12 @@ namespace {
 constexpr DWORD kLongWait = 30 * 60 * 1000;
 constexpr DWORD kSlice = 1;
 constexpr std::uint64_t kMillisecondsPerHour = 3'600'000;
-constexpr std::uint64_t kFileTimePerHour = 36'000'000'000;
+constexpr std::uint64_t kFileTimePerMillisecond = 10'000;
 
 std::atomic<std::size_t> longWaits{0};
 std::atomic<bool> tickIsDue{false};
 std::atomic<std::uint64_t> passedHours{0};
+std::atomic<std::uint64_t> passedOnTheWallClock{0};  // Milliseconds.
 decltype(::WaitForSingleObject)* realWaitForSingleObject = nullptr;
 decltype(::WaitForMultipleObjects)* realWaitForMultipleObjects = nullptr;
 decltype(::GetProcAddress)* realGetProcAddress = nullptr;
@@ -59,7 +60,7 @@ void Move(FILETIME& fileTime) {
     ULARGE_INTEGER time{};
     time.LowPart = fileTime.dwLowDateTime;
     time.HighPart = fileTime.dwHighDateTime;
-    time.QuadPart += passedHours * kFileTimePerHour;
+    time.QuadPart += passedOnTheWallClock * kFileTimePerMillisecond;
     fileTime = {time.LowPart, time.HighPart};
 }
 
@@ -97,7 +98,7 @@ void Replace(simulation::ImportRedirection& redirection, const char* name, Funct
 }
 
 bool LoopWaitsFor(std::size_t count) {
-    for (int i = 0; i < 10'000 && longWaits < count; ++i) {
+    for (int i = 0; i < 30'000 && longWaits < count; ++i) {
         Sleep(1);
     }
     return longWaits >= count;
@@ -110,6 +111,7 @@ PassingHours::PassingHours(HMODULE module, simulation::World& worldOfTest)
     longWaits = 0;
     tickIsDue = false;
     passedHours = 0;
+    passedOnTheWallClock = 0;
     Replace(redirection, "WaitForSingleObject", &HeldWaitForSingleObject, realWaitForSingleObject);
     Replace(redirection, "WaitForMultipleObjects", &HeldWaitForMultipleObjects,
             realWaitForMultipleObjects);
@@ -121,15 +123,22 @@ PassingHours::PassingHours(HMODULE module, simulation::World& worldOfTest)
 
 bool PassingHours::LoopWaits() const { return LoopWaitsFor(1); }
 
-bool PassingHours::PassTick() {
+bool PassingHours::PassTick() { return PassTick(std::chrono::hours(1)); }
+
+bool PassingHours::PassTick(std::chrono::milliseconds onTheWallClock) {
     if (!LoopWaits()) {
         return false;
     }
     const std::size_t before = longWaits;
+    SetWallClockAhead(onTheWallClock);
     ++passedHours;
     world.clock.Advance(std::chrono::hours(1));
     tickIsDue = true;
     return LoopWaitsFor(before + 1);
+}
+
+void PassingHours::SetWallClockAhead(std::chrono::milliseconds by) {
+    passedOnTheWallClock += static_cast<std::uint64_t>(by.count());
 }
 
 }  // namespace device_monitor_test

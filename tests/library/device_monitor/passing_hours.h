@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <chrono>
+
 #include "simulation/import_redirection.h"
 #include "simulation/simulated_machine.h"
 
@@ -22,11 +24,15 @@ class PassingHours {
 public:
     PassingHours(HMODULE module, simulation::World& world);
 
-    /// Waits until the loop waits. False when it does not get there within ten seconds.
+    /// Waits until the loop waits. False when it does not get there within half a minute.
     bool LoopWaits() const;
     /// Advances the clocks by an hour, the machine's steady clock included, ends the wait and
     /// returns when the loop waits again, so all callbacks of the tick have run.
     bool PassTick();
+    /// The same, with a wall clock on which that hour took another time.
+    bool PassTick(std::chrono::milliseconds onTheWallClock);
+    /// Sets only the wall clock; the loop goes on waiting.
+    static void SetWallClockAhead(std::chrono::milliseconds by);
 
 private:
     simulation::World& world;

@@ -1,26 +1,38 @@
 // Stop while the monitor is busy.
 #include <gtest/gtest.h>
+#include <windows.h>
+#include <winspool.h>
 
 #include <string>
 #include <vector>
 
 #include "library/device_monitor/monitored_plugin.h"
+#include "simulation/import_redirection.h"
 #include "support/monitor_window.h"
 
 namespace {
 
 using namespace device_monitor_test;
 
+HANDLE reporting = nullptr;
+HANDLE mayGoOn = nullptr;
+decltype(::EnumPrintersW)* listPrinters = nullptr;
+
+/// Holds the monitor's thread inside its report, with nothing locked that other threads need.
+BOOL WINAPI HeldEnumPrintersW(DWORD flags, wchar_t* name, DWORD level, BYTE* printers, DWORD size,
+                              DWORD* needed, DWORD* returned) {
+    SetEvent(reporting);
+    WaitForSingleObject(mayGoOn, 30'000);
+    return listPrinters(flags, name, level, printers, size, needed, returned);
+}
+
 class StopDuringAReport : public MonitoredPlugin {
 protected:
     StopDuringAReport() {
-        // Holds the monitor's thread inside its report.
-        suite.log.onLine = [this](const test_support::LogLine& line) {
-            if (line.text.find(L"printerInfoList is null") == 0) {
-                SetEvent(reporting.Get());
-                WaitForSingleObject(mayGoOn.Get(), 10'000);
-            }
-        };
+        reporting = begun.Get();
+        mayGoOn = permission.Get();
+        listPrinters =
+            redirection.Redirect<decltype(::EnumPrintersW)>("EnumPrintersW", &HeldEnumPrintersW);
     }
 
     /// The hour in which the list is due, without waiting for the monitor.
@@ -28,11 +40,13 @@ protected:
         Start();
         PassHours(23);
         ASSERT_TRUE(hours.PassTick());
-        ASSERT_EQ(WaitForSingleObject(reporting.Get(), 10'000), WAIT_OBJECT_0);
+        ASSERT_EQ(WaitForSingleObject(reporting, 30'000), WAIT_OBJECT_0);
     }
 
-    const ScopedKernelHandle reporting{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
-    const ScopedKernelHandle mayGoOn{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+private:
+    const ScopedKernelHandle begun{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    const ScopedKernelHandle permission{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    simulation::ImportRedirection redirection{module.Handle()};
 };
 
 TEST_F(StopDuringAReport, DoesNotWaitForItAndItIsFinished) {
@@ -40,7 +54,7 @@ TEST_F(StopDuringAReport, DoesNotWaitForItAndItIsFinished) {
     EXPECT_TRUE(plugin->Stop());
     EXPECT_EQ(Timeline().Count(kListEvent), 0u);
     EXPECT_NE(test_support::FindMonitorWindow(), nullptr);
-    SetEvent(mayGoOn.Get());
+    SetEvent(mayGoOn);
     EXPECT_TRUE(MonitorEnds());
     EXPECT_EQ(Timeline().Count(kListEvent), 1u);
     EXPECT_EQ(suite.registry.Value(kCountValue), 1);
@@ -51,7 +65,7 @@ TEST_F(StopDuringAReport, OfTheTenthListAsksTwiceToCloseAndClosesOnce) {
     suite.registry.SetValue(kCountValue, 9);
     BeginReport();
     EXPECT_TRUE(plugin->Stop());
-    SetEvent(mayGoOn.Get());
+    SetEvent(mayGoOn);
     EXPECT_TRUE(MonitorEnds());
     EXPECT_EQ(suite.registry.Value(kCountValue), 10);
     EXPECT_EQ(Journal().Count("UnregisterClassW"), 1u);
@@ -62,7 +76,7 @@ TEST_F(StopDuringAReport, LeavesTheLibraryMappedUntilTheReportIsFinished) {
     BeginReport();
     EXPECT_TRUE(plugin->Stop());
     EXPECT_EQ(World().ledger.CountOpen(simulation::ResourceKind::ModuleReference), 1u);
-    SetEvent(mayGoOn.Get());
+    SetEvent(mayGoOn);
     EXPECT_TRUE(MonitorEnds());
     EXPECT_EQ(World().ledger.CountOpen(simulation::ResourceKind::ModuleReference), 0u);
 }

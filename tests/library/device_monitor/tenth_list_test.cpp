@@ -34,8 +34,9 @@ TEST_F(TenthList, IsFollowedByHoursWithoutLineAndEvent) {
     EXPECT_EQ(Timeline().Count(kListEvent), 1u);
     EXPECT_EQ(Timeline().Count(kTickWithoutWindow), 0u);
     // The hours still post, to a window that is gone.
-    EXPECT_EQ(Journal().Calls("PostMessageW").back().error,
-              static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
+    const auto posts = Journal().Calls("PostMessageW");
+    ASSERT_FALSE(posts.empty());
+    EXPECT_EQ(posts.back().error, static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
     Stop();
     EXPECT_EQ(Timeline().Count(kStopWithoutWindow), 0u);
 }

@@ -14,10 +14,11 @@
 namespace host_test {
 namespace {
 
-using host::Win32ErrorText;
 using standins::ToUtf8;
 using test_support::ChildResult;
 using test_support::TempFolder;
+
+std::string FileError(DWORD error) { return host::Win32ErrorText(error) + "; name another file"; }
 
 constexpr DWORD kBadInput = static_cast<DWORD>(host::ExitCode::BadInput);
 
@@ -96,16 +97,45 @@ INSTANTIATE_TEST_SUITE_P(
         BadRun{{L"--days", L"36501"},
                "--days: '36501' is not a whole number from 0 to 36500; see tallyport_host "
                "--help"},
+        BadRun{{L"--seconds", L"1", L"--seconds", L"2"},
+               "--seconds: At Most 1 required but received 2; see tallyport_host --help"},
+        BadRun{{L"--machine"}, "--machine: 1 required FILE missing; see tallyport_host --help"},
+        BadRun{{L"--days"}, "--days: 1 required N missing; see tallyport_host --help"},
         BadRun{{L"--fresh", L"--keep-state"},
                "--keep-state excludes --fresh; see tallyport_host --help"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Listings, HostBadArguments,
+    testing::Values(
+        BadRun{{L"--list-devices", L"--days", L"1"},
+               "--days is for a run, and --list-devices starts none; leave one of them out"},
+        BadRun{{L"--list-devices", L"--hours", L"1"},
+               "--hours is for a run, and --list-devices starts none; leave one of them out"},
+        BadRun{{L"--seconds", L"5", L"--list-devices"},
+               "--seconds is for a run, and --list-devices starts none; leave one of them out"},
+        BadRun{{L"--list-devices", L"--plugin", L"TallyportPlugin.dll"},
+               "--plugin is for a run, and --list-devices starts none; leave one of them out"},
+        BadRun{{L"--list-devices", L"--script", L"{}\\good.jsonl"},
+               "--script is for a run, and --list-devices starts none; leave one of them out"},
+        BadRun{{L"--events", L"{}\\kept.ndjson", L"--list-devices"},
+               "--events is for a run, and --list-devices starts none; leave one of them out"},
+        BadRun{{L"--list-devices", L"--log", L"{}\\new.ndjson"},
+               "--log is for a run, and --list-devices starts none; leave one of them out"},
+        BadRun{{L"--list-devices", L"--fresh"},
+               "--fresh is for a run, and --list-devices starts none; leave one of them out"},
+        BadRun{{L"--list-devices", L"--keep-state"},
+               "--keep-state is for a run, and --list-devices starts none; leave one of them out"},
+        BadRun{
+            {L"--list-devices", L"--machine", L"{}\\none.json"},
+            "cannot read the machine file '{}\\none.json': " + FileError(ERROR_FILE_NOT_FOUND)}));
 
 INSTANTIATE_TEST_SUITE_P(
     Scripts, HostBadArguments,
     testing::Values(
         BadRun{{L"--script", L"{}\\none.jsonl", L"--events", L"{}\\kept.ndjson"},
-               "cannot read the script '{}\\none.jsonl': " + Win32ErrorText(ERROR_FILE_NOT_FOUND)},
+               "cannot read the script '{}\\none.jsonl': " + FileError(ERROR_FILE_NOT_FOUND)},
         BadRun{{L"--script", L"{}", L"--events", L"{}\\kept.ndjson"},
-               "cannot read the script '{}': " + Win32ErrorText(ERROR_ACCESS_DENIED)},
+               "cannot read the script '{}': " + FileError(ERROR_ACCESS_DENIED)},
         BadRun{{L"--script", L"{}\\bad.jsonl", L"--events", L"{}\\kept.ndjson", L"--log",
                 L"{}\\new.ndjson"},
                "{}\\bad.jsonl:2: not valid JSON at column 1; write one object per line, such as "
@@ -127,15 +157,14 @@ INSTANTIATE_TEST_SUITE_P(
     Files, HostBadArguments,
     testing::Values(
         BadRun{{L"--machine", L"{}\\none.json"},
-               "cannot read the machine file '{}\\none.json': " +
-                   Win32ErrorText(ERROR_FILE_NOT_FOUND)},
+               "cannot read the machine file '{}\\none.json': " + FileError(ERROR_FILE_NOT_FOUND)},
         BadRun{{L"--events", L"{}\\none\\a.ndjson", L"--log", L"{}\\kept.ndjson"},
                "cannot write the file of --events, '{}\\none\\a.ndjson': " +
-                   Win32ErrorText(ERROR_PATH_NOT_FOUND)},
+                   FileError(ERROR_PATH_NOT_FOUND)},
         BadRun{{L"--events", L"{}\\kept.ndjson", L"--log", L"{}"},
-               "cannot write the file of --log, '{}': " + Win32ErrorText(ERROR_ACCESS_DENIED)},
+               "cannot write the file of --log, '{}': " + FileError(ERROR_ACCESS_DENIED)},
         BadRun{{L"--events", L"{}\\new.ndjson", L"--log", L"{}"},
-               "cannot write the file of --log, '{}': " + Win32ErrorText(ERROR_ACCESS_DENIED)},
+               "cannot write the file of --log, '{}': " + FileError(ERROR_ACCESS_DENIED)},
         BadRun{{L"--events", L"{}\\kept.ndjson", L"--log", L"{}\\.\\KEPT.ndjson"},
                "--events and --log name the same file, '{}\\kept.ndjson'; name two"},
         BadRun{{L"--script", L"{}\\good.jsonl", L"--events", L"{}\\good.jsonl"},

@@ -1,4 +1,4 @@
-// Plug-ins that do not behave, and installations that lack something.
+// Plug-ins that do not behave.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -18,7 +18,6 @@ using test_support::ChildResult;
 using test_support::TempFolder;
 
 constexpr DWORD kRunFailed = static_cast<DWORD>(host::ExitCode::RunFailed);
-constexpr DWORD kBadInput = static_cast<DWORD>(host::ExitCode::BadInput);
 
 TEST(HostPlugin, ThatIsNoLibraryIsToldAsSuch) {
     const TempFolder folder;
@@ -40,6 +39,11 @@ std::ostream& operator<<(std::ostream& stream, const BadPlugin& plugin) {
     return stream << ToUtf8(plugin.fileName);
 }
 
+std::string StepFailed(const std::string& step) {
+    return "the plug-in's " + step +
+           " failed; what it logged before tells more, and --log FILE keeps it";
+}
+
 class HostBadPlugin : public testing::TestWithParam<BadPlugin> {};
 
 TEST_P(HostBadPlugin, IsToldInOneLine) {
@@ -59,17 +63,18 @@ INSTANTIATE_TEST_SUITE_P(
                               "cannot load the plug-in '{path}': " +
                                   Win32ErrorText(ERROR_DLL_INIT_FAILED) +
                                   "; its entry point refused, as it does without a plug-in "
-                                  "manager"},
+                                  "manager: put ZedPluginsManager.dll beside the host"},
                     BadPlugin{L"silent_plugin.dll",
                               "'{path}' registered no plug-in with the manager when it was loaded; "
                               "is it a plug-in?"},
                     BadPlugin{L"unwilling_registration.dll",
-                              "'{path}' registered no factory; it cannot be created"},
-                    BadPlugin{L"unwilling_factory.dll", "the plug-in's factory failed"},
-                    BadPlugin{L"unwilling_initialize.dll", "the plug-in's Initialize failed"},
-                    BadPlugin{L"unwilling_start.dll", "the plug-in's Start failed"},
-                    BadPlugin{L"unwilling_stop.dll", "the plug-in's Stop failed"},
-                    BadPlugin{L"unwilling_uninitialize.dll", "the plug-in's Uninitialize failed"}));
+                              "'{path}' registered no factory, so it cannot be created; set one in "
+                              "its registration"},
+                    BadPlugin{L"unwilling_factory.dll", StepFailed("factory")},
+                    BadPlugin{L"unwilling_initialize.dll", StepFailed("Initialize")},
+                    BadPlugin{L"unwilling_start.dll", StepFailed("Start")},
+                    BadPlugin{L"unwilling_stop.dll", StepFailed("Stop")},
+                    BadPlugin{L"unwilling_uninitialize.dll", StepFailed("Uninitialize")}));
 
 TEST(HostPlugin, IsTakenDownAsFarAsItCame) {
     const ChildResult result = RunHost({L"--plugin", PluginFolder() + L"\\unwilling_start.dll"});
@@ -82,37 +87,28 @@ TEST(HostPlugin, IsTakenDownAsFarAsItCame) {
                              "Unload unwilling_start.dll"));
 }
 
-/// What has to stand beside the host.
-const std::vector<std::wstring> kInstalledFiles{
-    L"tallyport_host.exe", L"TallyportPlugin.dll", L"ZedPluginsManager.dll", L"LogKit.dll",
-    L"xeevent.dll",        L"FileKit.dll",         L"BoardInfo.dll",         L"WmiKit.dll",
-    L"ConsentStore.dll",   L"EditionAdapt.dll",    L"TuneBoostCenter.exe"};
-
-class HostMissingLibrary : public testing::TestWithParam<std::wstring> {};
-
-TEST_P(HostMissingLibrary, IsNamedWithItsPlaceAndTheRemedy) {
+TEST(HostPlugin, HasToGiveBackWhatASimulatedSystemHandsOut) {
     const TempFolder folder;
-    for (const std::wstring& file : kInstalledFiles) {
-        if (file != GetParam()) {
-            folder.Take(test_support::ProgramFolder() + L"\\" + file);
-        }
-    }
+    WriteFile(folder.Path() + L"\\machine.json", "{}");
     const ChildResult result =
-        RunHost({L"--seconds", L"0"}, folder.Path() + L"\\tallyport_host.exe");
-    EXPECT_EQ(result.exitCode, kBadInput);
-    EXPECT_EQ(result.output, "");
-    const std::string place = "'" + ToUtf8(folder.Path()) + "'";
-    EXPECT_EQ(
-        result.errors,
-        "tallyport_host: " + ToUtf8(GetParam()) +
-            (GetParam() == L"TallyportPlugin.dll"
-                 ? " is missing in " + place +
-                       "; build it: ./dev build, or name another with --plugin\n"
-                 : " is missing; it belongs into " + place + ", where ./dev build puts it\n"));
+        RunHost({L"--seconds", L"0", L"--plugin", PluginFolder() + L"\\keeping_plugin.dll",
+                 L"--machine", folder.Path() + L"\\machine.json"});
+    EXPECT_EQ(result.exitCode, kRunFailed);
+    EXPECT_THAT(result.errors,
+                testing::MatchesRegex("tallyport_host: the plug-in did not give back what the "
+                                      "system handed out: device set 0x\\w+ .* was not "
+                                      "given back; it has to, on every way out\n"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, HostMissingLibrary,
-                         testing::ValuesIn(kInstalledFiles.begin() + 1, kInstalledFiles.end()));
+TEST(HostPlugin, ThatLacksALibraryIsToldSo) {
+    const TempFolder folder;
+    const std::wstring path = folder.Take(PluginFolder() + L"\\needing_plugin.dll");
+    const ChildResult result = RunHost({L"--plugin", path});
+    EXPECT_EQ(result.exitCode, kRunFailed);
+    EXPECT_EQ(result.errors, "tallyport_host: cannot load the plug-in '" + ToUtf8(path) +
+                                 "': " + Win32ErrorText(ERROR_MOD_NOT_FOUND) +
+                                 "; a library that it needs is missing: put it beside it\n");
+}
 
 }  // namespace
 }  // namespace host_test

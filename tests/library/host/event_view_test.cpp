@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include "host/device_list.h"
 #include "host/event_summary.h"
 
 namespace host {
@@ -69,42 +68,6 @@ TEST(EventView, CountsTheDevicesOfEachChunk) {
     EXPECT_EQ(DescribeEvent(event),
               (TextLines{"HIDList      1  device   51  bytes", "DeviceList   0  devices   2  bytes",
                          "PrinterList  ?  devices   6  bytes"}));
-}
-
-TEST(DeviceLists, PutChunksTogetherAgain) {
-    DeviceLists lists;
-    lists.Begin(hours(24));
-    lists.Add({kDeviceListEventId,
-               {{"HIDList", R"([{"class":"Mouse","desc":"d1","device":"v1","maker":"m1",)"
-                            R"("name":"Maus"}])"},
-                {"DisplayList", R"([{"class":"Monitor","desc":"","device":"ABC","maker":"",)"
-                                R"("name":"字"}])"}}});
-    lists.Add({kDeviceListEventId,
-               {{"HIDList", R"([{"class":"Keyboard","desc":"d2","device":"v2","maker":"m2",)"
-                            R"("name":"T"}])"}}});
-    lists.Add({kBiosInfoEventId, {{"Product", "not a list"}}});
-    lists.Begin(hours(48));
-    lists.Add({kDeviceListEventId, {{"HIDList", "{}"}}});
-    lists.Begin(hours(72));
-    lists.Add({kDeviceListEventId, {{"HIDList", "{}"}}});
-
-    EXPECT_EQ(
-        lists.Describe(),
-        (TextLines{
-            "Device list 1, sent at 1d 00:00:00 in 2 events, 239 bytes", "  HIDList: 2 devices",
-            "    class     name  desc  maker  device", "    Mouse     Maus  d1    m1     v1",
-            "    Keyboard  T     d2    m2     v2", "  DisplayList: 1 device",
-            "    class    name  desc  maker  device", "    Monitor  字                 ABC", "",
-            "Device list 2, sent at 2d 00:00:00 in 1 event, 9 bytes",
-            "  HIDList: 0 devices, 1 chunk unreadable", "    class  name  desc  maker  device", "",
-            "Device list 3, sent at 3d 00:00:00 in 1 event, 9 bytes",
-            "  the same devices as before"}));
-}
-
-TEST(DeviceLists, RefuseValuesThatAreNoText) {
-    EXPECT_EQ(ParseDeviceChunk(R"([{"class":1}])"), std::nullopt);
-    EXPECT_EQ(ParseDeviceChunk(R"(["class"])"), std::nullopt);
-    EXPECT_TRUE(ParseDeviceChunk(R"([{"class":"a"}])").has_value());
 }
 
 TEST(EventSummary, HasARowForEachId) {

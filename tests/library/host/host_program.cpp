@@ -20,11 +20,11 @@ bool IsOfKind(const std::string& line, std::string_view kind) {
 }  // namespace
 
 test_support::ChildResult RunHost(const std::vector<std::wstring>& arguments,
-                                  const std::wstring& program) {
+                                  const std::wstring& program, std::chrono::milliseconds limit) {
     const std::wstring path =
         program.empty() ? test_support::ProgramFolder() + L"\\tallyport_host.exe" : program;
-    auto result = test_support::RunChild(path, arguments, std::chrono::seconds(60),
-                                         test_support::StandardError::Apart);
+    auto result =
+        test_support::RunChild(path, arguments, limit, test_support::StandardError::Apart);
     if (!result.finished) {
         throw std::runtime_error("the host did not end; it wrote: " + result.output);
     }

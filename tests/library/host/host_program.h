@@ -1,6 +1,7 @@
 // The built host as a child process.
 #pragma once
 
+#include <chrono>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
@@ -11,9 +12,10 @@
 namespace host_test {
 
 /// Runs a host to its end, the one of the build unless another is named. Throws
-/// std::runtime_error when it does not end.
+/// std::runtime_error when it does not end within `limit`.
 test_support::ChildResult RunHost(const std::vector<std::wstring>& arguments,
-                                  const std::wstring& program = {});
+                                  const std::wstring& program = {},
+                                  std::chrono::milliseconds limit = std::chrono::seconds(60));
 
 std::vector<std::string> LinesOf(std::string_view text);
 

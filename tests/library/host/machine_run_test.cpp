@@ -182,11 +182,26 @@ TEST_F(HostMachineRun, SaysHowManyHappeningsItDoesNotReach) {
                 ElementsAre("2 of 3 happenings come after the end of the run"));
 }
 
+TEST_F(HostMachineRun, TellsOfListsThatWereSentBeforeAndOfAMonitorThatIsNotStartedForThem) {
+    const auto notesWith = [&](int count) {
+        const ChildResult result = RunOnMachine("", [&](json& machine) {
+            machine["suite"]["features"]["ReportDeviceList"] = 3;
+            machine["registry"]["reportDevicesCount"] = count;
+        });
+        return ShownLines(result.output, "note");
+    };
+    EXPECT_THAT(notesWith(0), testing::IsEmpty());
+    EXPECT_THAT(notesWith(9), ElementsAre("9 of 10 device lists were sent before this run"));
+    EXPECT_THAT(notesWith(10),
+                ElementsAre("10 of 10 device lists were sent before this run",
+                            "It started no device monitor: 10 of 10 device lists sent"));
+}
+
 TEST_F(HostMachineRun, ClosesWithASummary) {
     const ChildResult result = RunOnMachine("");
     const std::vector<std::string> lines = LinesOf(result.output);
     const auto heading = std::find_if(lines.begin(), lines.end(), [](const std::string& line) {
-        return line.compare(0, 5, "event") == 0;
+        return line.compare(0, 6, "event ") == 0;
     });
     ASSERT_LE(3, lines.end() - heading);
     EXPECT_THAT(heading[1],

@@ -152,6 +152,51 @@ TEST_F(HostRun, OfSomeLengthShowsALogLineOnceBetweenWaitLines) {
         3);
 }
 
+TEST_F(HostRun, OfSomeLengthShowsTheFieldsOfAnEventOnce) {
+    WriteFile(File(L"script.jsonl"), R"({"at": "0s", "do": "restart_plugin"}
+{"at": "1s", "do": "stop"})");
+    const ChildResult result =
+        RunHost({L"--hours", L"2", L"--script", File(L"script.jsonl"), L"--log", File(L"log.txt")});
+    const std::vector<std::string> events = ShownLines(result.output, "event");
+    ASSERT_THAT(events, ElementsAre(StartsWith("992614500 "),
+                                    testing::MatchesRegex("992614518 .*, timer hour 0"),
+                                    testing::MatchesRegex("992614518 .*, timer hour 0, the same as "
+                                                          "before")));
+    const std::vector<std::string> lines = LinesOf(result.output);
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [](const std::string& line) {
+                                return line.find("  mode     OPEN_MODE") != std::string::npos;
+                            }),
+              1);
+}
+
+TEST_F(HostRun, SaysHowManyLogLinesItDoesNotShow) {
+    WriteFile(File(L"script.jsonl"), R"({"at": "0s", "do": "restart_plugin"}
+{"at": "1s", "do": "stop"})");
+    const ChildResult result =
+        RunHost({L"--hours", L"2", L"--script", File(L"script.jsonl"), L"--log", File(L"log.txt")});
+    const std::size_t shown =
+        ShownLines(result.output, "log").size() + ShownLines(result.output, "log!").size();
+    const std::size_t hidden = LinesOf(ReadFile(File(L"log.txt"))).size() - shown;
+    EXPECT_GE(hidden, 1U);
+    EXPECT_THAT(
+        LinesOf(result.output).back(),
+        testing::EndsWith(", with " + std::to_string(hidden) + " that are not shown above"));
+}
+
+TEST_F(HostRun, OfSomeLengthShowsEveryLineWhenAsked) {
+    WriteFile(File(L"script.jsonl"), R"({"at": "0s", "do": "restart_plugin"}
+{"at": "1s", "do": "stop"})");
+    const ChildResult result = RunHost({L"--hours", L"2", L"--every-line", L"--script",
+                                        File(L"script.jsonl"), L"--log", File(L"log.txt")});
+    EXPECT_EQ(ShownLines(result.output, "log").size() + ShownLines(result.output, "log!").size(),
+              LinesOf(ReadFile(File(L"log.txt"))).size());
+    EXPECT_THAT(ShownLines(result.output, "log"),
+                Contains(StartsWith("BigdataTimerReportFrame loop(")));
+    EXPECT_THAT(result.output, testing::Not(HasSubstr("the same as before")));
+    EXPECT_THAT(result.output, testing::Not(HasSubstr("not shown")));
+}
+
 TEST_F(HostRun, ShowsOnlyTheSummaryWhenAskedToBeQuiet) {
     const ChildResult result = RunHost({L"--seconds", L"0", L"--quiet"});
     EXPECT_EQ(result.exitCode, 0U);
@@ -170,7 +215,7 @@ TEST_F(HostRun, ExplainsItsOptions) {
     EXPECT_EQ(result.errors, "");
     for (const char* option : {"--days N", "--hours N", "--seconds N", "--plugin FILE",
                                "--machine FILE", "--script FILE", "--events FILE", "--log FILE",
-                               "--quiet", "--keep-state", "--fresh", "--help"}) {
+                               "--quiet", "--every-line", "--keep-state", "--fresh", "--help"}) {
         EXPECT_THAT(result.output, HasSubstr(option));
     }
 }

@@ -22,6 +22,7 @@ protected:
 };
 
 TEST_F(FirmwareEvent, Code675SendsTheLogOnTheDeliveringThread) {
+    WmiKit_SetAnswer(/*result=*/0, /*status=*/0, /*dataSize=*/16, nullptr, 0);
     DWORD deliveringThread = 0;
     std::thread([&] {
         deliveringThread = GetCurrentThreadId();

@@ -24,12 +24,17 @@ inline constexpr char kDeviceCount[] =
 
 std::string RegisterLine(int hours);
 
+/// Demands at its end that nothing keeps the library mapped.
+struct UnloadCheck {
+    ~UnloadCheck() { EXPECT_FALSE(test_support::IsLoaded(L"TallyportPlugin.dll")); }
+};
+
 /// Ann sits at the console and uses the optimisation component, version 1.2.3.4; she has both
 /// switches off. Each test loads the library anew and unloads it again.
 class RunningPlugin : public testing::Test {
 protected:
     RunningPlugin();
-    /// Stops the plug-in if the test did not, and demands that the library can be unloaded.
+    /// Stops the plug-in if the test did not, and demands that the library is unloaded then.
     ~RunningPlugin() override;
 
     /// Starts and waits until the timer loop waits: a Stop before that takes a whole tick.
@@ -41,6 +46,7 @@ protected:
 
     test_support::RecordedSuite suite;
     const test_support::PluginsManager manager;
+    UnloadCheck unloadCheck;  ///< Takes place when the members below are gone.
     test_support::PluginModule module;
     test_support::LoopWaitProbe loop{module.Handle()};
     simulation::SimulatedMachine machine;

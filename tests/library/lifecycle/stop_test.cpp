@@ -67,11 +67,15 @@ TEST_F(PluginStop, LeavesNobodySubscribed) {
     EXPECT_EQ(suite.timeline.Count("BiosWmi::GetBiosInfo"), 0u);
 }
 
-TEST_F(PluginStop, DoesNotUnsubscribeWhenFirmwareEventsWereRefused) {
-    WmiKit_SetStartResult(1);
+class RefusedSubscription : public PluginStop, public testing::WithParamInterface<int> {};
+
+TEST_P(RefusedSubscription, IsNotEnded) {
+    WmiKit_SetStartResult(GetParam());
     Start();
     EXPECT_EQ(StopAndTell(), Texts{kNoWindowAtStop});
 }
+
+INSTANTIATE_TEST_SUITE_P(WhateverTheResult, RefusedSubscription, testing::Values(1, -5));
 
 TEST_F(PluginStop, IsHarmlessWithoutStart) {
     EXPECT_EQ(StopAndTell(), Texts{kNoWindowAtStop});

@@ -23,6 +23,11 @@ DeviceReporter::DeviceInfo RecordWithTexts(const std::wstring& maker, const std:
 
 DeviceListTest::DeviceListTest() { AddRemovable(); }
 
+DeviceListTest::~DeviceListTest() {
+    EXPECT_TRUE(World().ledger.Balanced()) << World().ledger;
+    EXPECT_TRUE(World().faults.Missed().empty());
+}
+
 void DeviceListTest::AddRemovable() {
     const DeviceReporter::DeviceInfo device = RemovableDevice();
     reporter->devices[device.instanceId] = device;

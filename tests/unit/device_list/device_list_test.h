@@ -27,10 +27,11 @@ DeviceReporter::DeviceInfo RecordWithTexts(const std::wstring& maker, const std:
                                            const std::wstring& name);
 
 /// A reporter with one removable device that is not listed itself, on a machine without printers
-/// and displays.
+/// and displays. At the end every resource is back and every planned fault was met.
 class DeviceListTest : public testing::Test {
 protected:
     DeviceListTest();
+    ~DeviceListTest() override;
 
     simulation::World& World() { return machine.world(); }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "standins/consent_store/consent_store_control.h"
+#include "standins/file_kit/file_kit_control.h"
 #include "unit/device_monitor/monitor_test.h"
 
 namespace {
@@ -13,6 +14,7 @@ using namespace device_monitor_test;
 
 /// What the system's counter can tell apart.
 constexpr std::int64_t kTick = 100;
+constexpr std::int64_t kSecond = 1'000'000'000;
 
 class DailyLimit : public MonitorTest {
 protected:
@@ -63,16 +65,27 @@ TEST_F(DailyLimit, BeginsAnewWithEachReport) {
     EXPECT_TRUE(Reports());
 }
 
-TEST_F(DailyLimit, CountsFromTheEndOfTheReport) {
+TEST_F(DailyLimit, CountsFromTheMomentBetweenSendingAndWritingTheCount) {
     // The line that is written when there is no printer comes while the list is being built.
     suite.log.onLine = [this](const test_support::LogLine& line) {
         if (line.text.find(L"printerInfoList is null") == 0) {
             World().clock.Advance(std::chrono::seconds(7));
         }
     };
+    suite.events.onEvent = [this](const test_support::Event&) {
+        World().clock.Advance(std::chrono::seconds(11));
+    };
+    FileKit_SetInterceptor(
+        [](void* context, int, HKEY, const wchar_t*, const wchar_t*, unsigned, long long*,
+           unsigned long*) -> int {
+            static_cast<simulation::World*>(context)->clock.Advance(std::chrono::seconds(13));
+            return FILE_KIT_SUCCEED;
+        },
+        &World());
     const std::int64_t begin = Now();
     EXPECT_TRUE(Reports());
-    EXPECT_EQ(reporter->lastReportTime, begin + 7'000'000'000);
+    EXPECT_EQ(reporter->lastReportTime, begin + (7 + 11) * kSecond);
+    EXPECT_EQ(Now(), begin + (7 + 11 + 13) * kSecond);
 }
 
 TEST_F(DailyLimit, ThatHoldsLeavesEverythingAlone) {

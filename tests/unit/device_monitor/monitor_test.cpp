@@ -32,7 +32,7 @@ std::string WriteCount(int count) {
 bool ComesTrue(const std::function<bool()>& condition) {
     const ULONGLONG begin = GetTickCount64();
     while (!condition()) {
-        if (GetTickCount64() - begin > 10'000) {
+        if (GetTickCount64() - begin > 30'000) {
             return false;
         }
         Sleep(1);
@@ -46,7 +46,11 @@ MonitorTest::MonitorTest() : machine(GetModuleHandleW(nullptr), MachineOfTests()
     reporter->lastReportTime = Now();
 }
 
-MonitorTest::~MonitorTest() { ConsentStore_Reset(); }
+MonitorTest::~MonitorTest() {
+    EXPECT_TRUE(World().ledger.Balanced()) << World().ledger;
+    EXPECT_TRUE(World().faults.Missed().empty());
+    ConsentStore_Reset();
+}
 
 std::int64_t MonitorTest::Now() { return World().clock.Steady().value().count(); }
 

@@ -35,12 +35,13 @@ inline constexpr char kStopWithoutWindow[] =
 /// How the count is written back.
 std::string WriteCount(int count);
 
-/// False when the condition does not come true within ten seconds. Independent of the simulated
+/// False when the condition does not come true within half a minute. Independent of the simulated
 /// clock.
 bool ComesTrue(const std::function<bool()>& condition);
 
 /// A machine without printers and displays whose steady clock stands at a hundred days. The user
-/// has agreed, and no list is due.
+/// has agreed, and no list is due. At the end every resource is back and every planned fault was
+/// met.
 class MonitorTest : public testing::Test {
 protected:
     MonitorTest();

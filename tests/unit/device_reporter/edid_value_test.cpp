@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "device_reporter/edid_registry.h"
+#include "simulation/call_text.h"
 #include "simulation/fakes/heap.h"
 #include "unit/device_reporter/import_override.h"
 #include "unit/device_reporter/machine_test.h"
@@ -91,6 +92,31 @@ TEST_F(EdidValue, IsMissingWithItsKeyWhosePathIsLoggedWide) {
                                         "SYSTEM\\CurrentControlSet\\Enum\\DISPLAY\\\xE5\xB1\x8F"
                                         "\\1")));
     EXPECT_THAT(CalledFunctions(), ElementsAre("RegOpenKeyExA"));
+}
+
+/// In the machine's ANSI code page.
+std::string ToAnsi(const std::wstring& text) {
+    char bytes[260];
+    const int size = WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()),
+                                         bytes, sizeof(bytes), nullptr, nullptr);
+    return {bytes, static_cast<std::size_t>(size)};
+}
+
+std::string openedSubKey;
+
+LSTATUS WINAPI NoteSubKey(HKEY, const char* subKey, DWORD, REGSAM, HKEY*) {
+    openedSubKey = subKey;
+    return ERROR_FILE_NOT_FOUND;
+}
+
+TEST_F(EdidValue, IsLookedForUnderItsPathInTheAnsiCodePage) {
+    const ImportOverride<decltype(::RegOpenKeyExA)> handMade("RegOpenKeyExA", NoteSubKey);
+    const std::wstring path = L"SYSTEM\\DISPLAY\\\u00C9cran \u20AC\u5C4F";
+    EXPECT_FALSE(GetValueFromReg(path, edid));
+    EXPECT_EQ(openedSubKey, ToAnsi(path));
+    if (GetACP() != CP_UTF8) {
+        EXPECT_NE(openedSubKey, simulation::ToUtf8(path));
+    }
 }
 
 TEST_F(EdidValue, IsRefusedWhenItsKeyCannotBeOpened) {

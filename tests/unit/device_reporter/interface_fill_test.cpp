@@ -68,6 +68,18 @@ TEST_F(InterfaceFill, AsksForPresentDevicesWithThatInterface) {
     EXPECT_EQ(call["flags"], "18");
 }
 
+TEST_F(InterfaceFill, KeepsADeviceWhoseInterfacesCannotBeListed) {
+    simulation::Device mouse = Mouse();
+    mouse.interfaces = {HidInterface(L"\\\\?\\hid#mouse", L"USB Optical Mouse", L"Maker")};
+    machine.devices = {mouse};
+    Fail("SetupDiEnumDeviceInterfaces", 1, ERROR_GEN_FAILURE);
+    EXPECT_TRUE(AddDeviceInterfaceToMap(kHidInterface, devices));
+    ASSERT_EQ(devices.size(), 1u);
+    EXPECT_EQ(devices.at(L"HID\\VID_046D&PID_C077\\7&1").name, L"HID mouse");
+    EXPECT_EQ(world.journal.Count("SetupDiEnumDeviceInterfaces"), 1u);
+    EXPECT_THAT(Log(), IsEmpty());
+}
+
 TEST_F(InterfaceFill, ReadsTheInterfacesBehindThePropertiesOfTheirDevice) {
     simulation::Device mouse = Mouse();
     mouse.interfaces = {HidInterface(L"\\\\?\\hid#mouse", L"Product", L"Maker")};

@@ -9,6 +9,7 @@
 namespace {
 
 using device_tests::ElementsAre;
+using device_tests::ImportOverride;
 using device_tests::IsEmpty;
 using device_tests::SpoolerScript;
 using DeviceReporter::GetPrinterDriverInfo;
@@ -126,6 +127,20 @@ TEST_F(PrinterDriver, IsUnknownWhenTheQueueCannotBeOpened) {
                                    "(DeviceReporter::UpdatePrinterDriverInfo)"));
     EXPECT_THAT(CalledFunctions(), ElementsAre("OpenPrinterW"));
     ExpectUnchangedRecord();
+}
+
+BOOL WINAPI FailWithAHandle(wchar_t*, HANDLE* printer, PRINTER_DEFAULTSW*) {
+    *printer = reinterpret_cast<HANDLE>(0x1234);
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+
+TEST_F(PrinterDriver, IsUnknownAndNothingIsClosedWhenAFailedOpenLeavesAHandle) {
+    const ImportOverride<decltype(::OpenPrinterW)> handMade("OpenPrinterW", FailWithAHandle);
+    EXPECT_FALSE(UpdatePrinterDriverInfo(kName, record));
+    EXPECT_THAT(Log(), ElementsAre("log 3 fail to open printer"
+                                   "(DeviceReporter::UpdatePrinterDriverInfo)"));
+    EXPECT_THAT(CalledFunctions(), IsEmpty());
 }
 
 TEST_F(PrinterDriver, IsUnknownWhenTheSpoolerDoesNotTell) {

@@ -64,8 +64,10 @@ TEST_F(PrinterList, IsAbsentWhenThereIsNoPrinter) {
 }
 
 TEST_F(PrinterList, HasNoEntriesWhenTheFirstCallSucceedsWhateverCountItTells) {
+    list.reset(new BYTE[1]);
     const SpoolerScript spooler({{ERROR_SUCCESS, 272, 2}});
     EXPECT_TRUE(Enum());
+    EXPECT_EQ(list, nullptr);
     EXPECT_EQ(count, 0u);
 }
 

@@ -58,6 +58,14 @@ TEST_P(SpoolerQuery, IsDoneWithoutABlockWhenTheFirstCallSucceeds) {
     EXPECT_THAT(Log(), IsEmpty());
 }
 
+TEST_P(SpoolerQuery, DoesNotTakeAnEarlierBlockForItsResult) {
+    block.reset(new BYTE[1]);
+    const SpoolerScript spooler({{ERROR_SUCCESS, 500, 3}});
+    EXPECT_TRUE(Run());
+    EXPECT_EQ(block, nullptr);
+    EXPECT_THAT(Log(), IsEmpty());
+}
+
 TEST_P(SpoolerQuery, EndsWhenTheFirstCallFailsForAnotherReasonThanTheSize) {
     const SpoolerScript spooler({{RPC_S_SERVER_UNAVAILABLE, 500, 0}});
     EXPECT_FALSE(Run());

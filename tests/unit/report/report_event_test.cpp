@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
 #include <string>
+#include <type_traits>
 
 #include "platform/xeevent.h"
 #include "support/recorded_events.h"
@@ -63,6 +65,13 @@ TEST_F(SentEvent, IsReportedOnTheCallersThreadBeforeTheCallReturns) {
     EXPECT_EQ(timeline.Texts(), (std::vector<std::string>{"event 7", "returned"}));
     EXPECT_EQ(TheEvent().threadId, GetCurrentThreadId());
 }
+
+template <typename... Types>
+constexpr bool kAreUnsigned64 = (std::is_same_v<Types, const std::uint64_t> && ...);
+static_assert(kAreUnsigned64<decltype(XeEvent::MAX_KEY_LEN), decltype(XeEvent::MAX_PAIR_NUM),
+                             decltype(XeEvent::MAX_PATH_LEN), decltype(XeEvent::MAX_VALUE_LEN),
+                             decltype(XeEvent::MAX_FILE_NUM), decltype(XeEvent::MAX_ARR_SIZE)>);
+static_assert(std::is_same_v<decltype(XeEvent::INVALID_NUM), const std::int32_t>);
 
 TEST(EventLimits, AreThoseOfTheEventLibrary) {
     EXPECT_EQ(XeEvent::MAX_KEY_LEN, 32u);

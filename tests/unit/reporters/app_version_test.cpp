@@ -6,6 +6,8 @@
 
 #include "reporters/report_popup_block_info.h"
 #include "simulation/fakes/heap.h"
+#include "simulation/fakes/version_info.h"
+#include "simulation/simulated_machine.h"
 #include "support/grouping_locale.h"
 #include "support/recorded_log.h"
 #include "unit/reporters/version_calls.h"
@@ -62,7 +64,7 @@ TEST_F(AppVersion, IsEmptyWhenTheRootBlockCannotBeRead) {
 }
 
 TEST_F(AppVersion, IsEmptyAndLoggedWhenMemoryRunsOut) {
-    constexpr DWORD kSize = 7919;
+    constexpr DWORD kSize = 7919;  // A size that nothing else asks for.
     VersionCalls calls(timeline, L"component_1_2_3_4.exe");
     calls.StateSize(kSize);
     simulation::ImportRedirection redirection(GetModuleHandleW(nullptr));
@@ -73,6 +75,26 @@ TEST_F(AppVersion, IsEmptyAndLoggedWhenMemoryRunsOut) {
     EXPECT_EQ(timeline.Texts(),
               (Texts{"GetFileVersionInfoSizeW",
                      "log 4 infoData null(ReportPopUpBlockInfo::GetAppVersion)"}));
+}
+
+// --- A root block that is not what it should be ---
+
+TEST(AppVersionFromAnOddRootBlock, IsEmpty) {
+    simulation::Machine described;
+    described.fileVersions
+        [L"C:\\Program Files\\Zentro\\Orbisuite\\components\\TuneBoost\\"
+         L"TuneBoostCenter.exe"] = {{5, 6, 7, 8}, {1, 2, 3, 4}};
+    simulation::SimulatedMachine machine(GetModuleHandleW(nullptr), described,
+                                         {simulation::InstallVersionInfoFakes});
+    simulation::World& world = machine.world();
+    for (const simulation::FaultVariant variant :
+         {simulation::FaultVariant::NullResult, simulation::FaultVariant::SuccessWithNothing,
+          simulation::FaultVariant::ShortSize}) {
+        world.faults.FailCall("VerQueryValueW", 1, sizeof(VS_FIXEDFILEINFO) - 1, variant);
+        EXPECT_EQ(ReportPopUpBlockInfo::GetAppVersion(), "") << simulation::VariantName(variant);
+        EXPECT_EQ(ReportPopUpBlockInfo::GetAppVersion(), "1.2.3.4");
+    }
+    EXPECT_TRUE(world.faults.Missed().empty());
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <ctime>
 #include <limits>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "simulation/import_redirection.h"
@@ -43,6 +44,8 @@ __time64_t __cdecl AdvancingTime(__time64_t* seconds) {
     return now;
 }
 
+static_assert(std::is_empty_v<ReportBiosInfo>);
+
 class BiosReport : public testing::Test {
 protected:
     BiosReport() {
@@ -67,7 +70,7 @@ protected:
     simulation::ImportRedirection redirection{GetModuleHandleW(nullptr)};
 };
 
-TEST_F(BiosReport, ReadsTimeThenStampThenTextsAndStampsOnlyWhatWasSent) {
+TEST_F(BiosReport, ReadsTimeThenStampThenTextsAndStampsAfterSending) {
     EXPECT_EQ(Run(),
               (Texts{"time", kRead, "SmBiosHelper::GetInstance",
                      "SmBiosHelper::GetBoardProductName", "SmBiosHelper::GetOemProductName",

@@ -8,6 +8,7 @@
 
 #include "simulation/fakes/heap.h"
 #include "simulation/import_redirection.h"
+#include "unit/util/dirty_memory.h"
 
 namespace {
 
@@ -89,7 +90,7 @@ TEST(WideToUtf8, ConvertsALongText) {
 }
 
 TEST(WideToUtf8, YieldsNothingWhenMemoryRunsOut) {
-    const std::wstring text(7919, L'x');
+    const std::wstring text(7919, L'x');  // Of a size that nothing else asks for.
     simulation::ImportRedirection redirection(GetModuleHandleW(nullptr));
     simulation::InstallHeapFakes(redirection);
     const simulation::MallocFailure memory(7919 + 2);  // The terminator and a spare byte.
@@ -181,6 +182,7 @@ TEST_F(ConversionCalls, OfTheUtf8ConversionYieldNothingWhenTheSizeIsNotFound) {
 
 TEST_F(ConversionCalls, OfTheUtf8ConversionYieldNothingWhenTheConversionFails) {
     failingConversion = 2;
+    const console_user_test::DirtyHeap heap;
     EXPECT_EQ(WStringToUtf8(L"abc"), "");
 }
 

@@ -23,8 +23,6 @@ struct VersionResource {
 };
 static_assert(sizeof(VersionResource) == 40 + sizeof(VS_FIXEDFILEINFO));
 
-decltype(::GetFileVersionInfoSizeW)* realGetFileVersionInfoSizeW = nullptr;
-decltype(::GetFileVersionInfoW)* realGetFileVersionInfoW = nullptr;
 decltype(::VerQueryValueW)* realVerQueryValueW = nullptr;
 
 constexpr DWORD Pair(WORD high, WORD low) { return static_cast<DWORD>(high) << 16 | low; }
@@ -66,7 +64,7 @@ DWORD WINAPI FakeGetFileVersionInfoSizeW(const wchar_t* path, DWORD* handle) {
         return call.Fails<DWORD>(0);
     }
     if (!FindResource(call.world(), path)) {
-        return call.PassTo(realGetFileVersionInfoSizeW, path, handle);
+        return call.Fails<DWORD>(0, ERROR_FILE_NOT_FOUND);
     }
     if (handle != nullptr) {
         *handle = 0;
@@ -89,7 +87,7 @@ BOOL WINAPI FakeGetFileVersionInfoW(const wchar_t* path, DWORD handle, DWORD siz
     }
     const std::optional<VersionResource> resource = FindResource(call.world(), path);
     if (!resource) {
-        return call.PassTo(realGetFileVersionInfoW, path, handle, size, block);
+        return call.Fails(FALSE, ERROR_FILE_NOT_FOUND);
     }
     if (block == nullptr) {
         return call.Fails(FALSE, ERROR_INVALID_DATA);
@@ -122,11 +120,10 @@ BOOL WINAPI FakeVerQueryValueW(const void* block, const wchar_t* subBlock, void*
 }  // namespace
 
 void InstallVersionInfoFakes(ImportRedirection& redirection) {
-    realGetFileVersionInfoSizeW =
-        redirection.RedirectIfImported<decltype(::GetFileVersionInfoSizeW)>(
-            "GetFileVersionInfoSizeW", FakeGetFileVersionInfoSizeW);
-    realGetFileVersionInfoW = redirection.RedirectIfImported<decltype(::GetFileVersionInfoW)>(
-        "GetFileVersionInfoW", FakeGetFileVersionInfoW);
+    redirection.RedirectIfImported<decltype(::GetFileVersionInfoSizeW)>(
+        "GetFileVersionInfoSizeW", FakeGetFileVersionInfoSizeW);
+    redirection.RedirectIfImported<decltype(::GetFileVersionInfoW)>("GetFileVersionInfoW",
+                                                                    FakeGetFileVersionInfoW);
     realVerQueryValueW = redirection.RedirectIfImported<decltype(::VerQueryValueW)>(
         "VerQueryValueW", FakeVerQueryValueW);
 }

@@ -1,5 +1,5 @@
 // Version resources, answered from the machine's file versions: GetFileVersionInfoSizeW,
-// GetFileVersionInfoW, VerQueryValueW.
+// GetFileVersionInfoW, VerQueryValueW. No other file exists.
 #pragma once
 
 #include "simulation/import_redirection.h"

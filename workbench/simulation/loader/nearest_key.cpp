@@ -36,8 +36,15 @@ void RequireKnownKey(const JsonNode& place, std::string_view key,
         known.begin(), known.end(), [&](std::string_view left, std::string_view right) {
             return EditDistance(key, left) < EditDistance(key, right);
         });
-    place.Fail("unknown key \"" + std::string(key) + "\"; did you mean \"" + std::string(*nearest) +
-               "\"?");
+    std::string remedy;
+    if (EditDistance(key, *nearest) <= key.size() / 2) {
+        remedy = "did you mean \"" + std::string(*nearest) + "\"?";
+    } else {
+        for (const std::string_view one : known) {
+            remedy += (remedy.empty() ? "known here are \"" : ", \"") + std::string(one) + "\"";
+        }
+    }
+    place.Fail("unknown key \"" + std::string(key) + "\"; " + remedy);
 }
 
 }  // namespace simulation

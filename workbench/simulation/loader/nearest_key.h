@@ -8,7 +8,8 @@ namespace simulation {
 
 class JsonNode;
 
-/// Fails at `place` when `key` is none of `known`, naming the one that was probably meant.
+/// Fails at `place` when `key` is none of `known`, naming the one that was probably meant,
+/// or all of them.
 void RequireKnownKey(const JsonNode& place, std::string_view key,
                      const std::vector<std::string_view>& known);
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-#include "standins/plugins_manager/plugins_manager_control.h"
+#include "library/host/plugins/registered_plugin.h"
 
 namespace {
 
@@ -26,22 +26,13 @@ std::shared_ptr<ZedPlugin> Create() {
 }
 
 PluginRegistrationInfo MakeRegistration() {
-    PluginRegistrationInfo registration{"unwilling", &Create, {}, {}};
+    PluginRegistrationInfo made{"unwilling", &Create, {}, {}};
     if (kFailingStep == "registration") {
-        registration.factory = nullptr;
+        made.factory = nullptr;
     }
-    return registration;
+    return made;
 }
-
-PluginRegistrationInfo registration = MakeRegistration();
 
 }  // namespace
 
-BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, LPVOID /*reserved*/) {
-    if (reason == DLL_PROCESS_ATTACH) {
-        RegisterPlugin(&registration);
-    } else if (reason == DLL_PROCESS_DETACH) {
-        UnRegisterPlugin(&registration);
-    }
-    return TRUE;
-}
+PluginRegistrationInfo registration = MakeRegistration();

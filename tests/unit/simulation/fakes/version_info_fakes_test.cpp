@@ -50,14 +50,13 @@ TEST_F(VersionInfoFakes, GiveAResourceThatTheSystemCanRead) {
     EXPECT_EQ(calls.at(2)["subBlock"], "\\");
 }
 
-TEST_F(VersionInfoFakes, LeaveOtherFilesToTheSystem) {
-    EXPECT_EQ(GetFileVersionInfoSizeW(L"C:\\no such file.exe", nullptr), 0u);
-    EXPECT_NE(world.journal.Entries().at(0).error, 0u);
-    const DWORD size = GetFileVersionInfoSizeW(L"kernel32.dll", nullptr);
-    ASSERT_GT(size, 200u);
-    block.assign(size, 0);
-    EXPECT_TRUE(GetFileVersionInfoW(L"kernel32.dll", 0, size, block.data()));
-    EXPECT_EQ(Numbers()->dwSignature, static_cast<DWORD>(VS_FFI_SIGNATURE));
+TEST_F(VersionInfoFakes, KnowNoFileOfTheRealSystem) {
+    EXPECT_EQ(GetFileVersionInfoSizeW(L"kernel32.dll", nullptr), 0u);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    BYTE none = 0xEE;
+    EXPECT_FALSE(GetFileVersionInfoW(L"kernel32.dll", 0, 1, &none));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(none, 0xEE);
 }
 
 TEST_F(VersionInfoFakes, FailAsPlanned) {

@@ -1,0 +1,67 @@
+// Stop while the loop waits, right before that, and while it runs callbacks.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <atomic>
+
+#include "accelerated/running_loop.h"
+
+namespace {
+
+using namespace timer_loop_test;
+
+class TimerLoopStop : public RunningLoop {
+protected:
+    /// For the loop's thread: waits until Stop has begun on another.
+    bool StopComes() const {
+        const Clock::time_point limit = Clock::now() + kPatience;
+        while (test_support::IsRunning(*manager) && Clock::now() < limit) {
+            Sleep(60 * 1000);
+        }
+        return !test_support::IsRunning(*manager);
+    }
+};
+
+TEST_F(TimerLoopStop, EndsAWaitAndRunsNothing) {
+    Register("day", 24);
+    timeline.Clear();
+    manager->Start();
+    ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
+    Sleep(2 * 3600 * 1000);
+    const Clock::time_point stop = Clock::now();
+    manager->Stop();
+    EXPECT_LT(Clock::now() - stop, hours(12));
+    EXPECT_EQ(timeline.Texts(), Texts{kLoopLine});
+}
+
+TEST_F(TimerLoopStop, BeforeTheWaitIsSeenAfterItAndWhatIsDueRunsOnceMore) {
+    Register("hour", 1);
+    timeline.Clear();
+    // The loop writes its line between its test and its wait; Stop comes to its join meanwhile.
+    log.onLine = [this](const test_support::LogLine&) {
+        EXPECT_TRUE(StopComes());
+        timeline.Note("stopping");
+        Sleep(3 * 3600 * 1000);
+    };
+    manager->Start();
+    ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
+    manager->Stop();
+    EXPECT_EQ(timeline.Texts(), (Texts{kLoopLine, "stopping", "hour"}));
+}
+
+TEST_F(TimerLoopStop, DuringACallbackTakesEffectAtOnceAndLetsTheTickFinish) {
+    std::atomic<bool> stopCame{false};
+    const auto waiting = [&] {
+        timeline.Note("begins");
+        stopCame = StopComes();
+        timeline.Note("ends");
+    };
+    manager->RegisterReportCallback(waiting, 1);
+    Register("the other", 1);
+    RunUntil("begins", 1);
+    manager->Stop();
+    EXPECT_TRUE(stopCame);
+    EXPECT_EQ(timeline.Texts(), (Texts{kLoopLine, "begins", "ends", "the other"}));
+}
+
+}  // namespace

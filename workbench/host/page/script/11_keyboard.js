@@ -1,0 +1,81 @@
+// Shortcuts of a single key. They rest while the person types, and can be turned off.
+
+const THEMES = ['system', 'light', 'dark'];
+let theme = 'system';
+
+function showTheme() {
+    if (theme === 'system') {
+        delete document.documentElement.dataset.theme;
+    } else {
+        document.documentElement.dataset.theme = theme;
+    }
+    byId('theme').textContent = `Theme: ${theme}`;
+}
+
+function nextTheme() {
+    theme = THEMES[(THEMES.indexOf(theme) + 1) % THEMES.length];
+    showTheme();
+}
+
+function goTo(id) {
+    const target = byId(id);
+    target.focus({ preventScroll: true });
+    target.closest('section').scrollIntoView({ block: 'start' });
+}
+
+function goToTimeline() {
+    const mark = byId('lanes').querySelector('button[tabindex="0"]');
+    if (mark) {
+        mark.focus();
+    }
+}
+
+const SHORTCUTS = [
+    ['/', 'search in the events', () => byId('search').focus()],
+    ['j', 'next event', () => eventList.move(1)],
+    ['k', 'previous event', () => eventList.move(-1)],
+    ['e', 'list of events; arrows, Page, Home and End move', () => goTo('event-list')],
+    ['f', 'event in full', () => goTo('detail')],
+    ['l', 'log', () => goTo('log-list')],
+    ['t', 'time line; arrows move, Enter opens', goToTimeline],
+    ['d', 'device lists', () => showList(currentList, true)],
+    ['1', 'to 5: show or hide a kind of event', () => toggleKind(kindsPresent()[0])],
+    ['x', 'reset the filter', resetFilter],
+    ['m', 'light, dark, or as the system has it', nextTheme],
+    ['?', 'this table', () => byId('shortcuts').showModal()],
+];
+
+function isTyping(target) {
+    return target.closest('input:not([type=checkbox]), select, textarea, dialog') !== null;
+}
+
+function onKey(event) {
+    if (event.key === 'Escape' && event.target.type === 'search') {
+        event.target.blur();
+        return;
+    }
+    if (event.ctrlKey || event.altKey || event.metaKey || isTyping(event.target) ||
+        !byId('keys-on').checked) {
+        return;
+    }
+    const kind = kindsPresent()[Number(event.key) - 1];
+    const shortcut = SHORTCUTS.find(([key]) => key === event.key);
+    if (kind !== undefined || shortcut) {
+        event.preventDefault();
+        if (kind !== undefined) {
+            toggleKind(kind);
+        } else {
+            shortcut[2]();
+        }
+    }
+}
+
+function setUpKeyboard() {
+    document.addEventListener('keydown', onKey);
+    byId('theme').addEventListener('click', nextTheme);
+    byId('help').addEventListener('click', () => byId('shortcuts').showModal());
+    replaceContent(byId('shortcut-rows'), SHORTCUTS.map(([key, meaning]) =>
+        element('tr', {}, element('th', { scope: 'row' }, element('kbd', {}, key)),
+            element('td', {}, meaning))));
+    showTheme();
+}
