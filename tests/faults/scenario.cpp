@@ -1,0 +1,250 @@
+#include "faults/scenario.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <thread>
+
+#include "faults/kept_blocks.h"
+#include "faults/more_fakes.h"
+#include "faults/observations.h"
+#include "faults/simulated_load.h"
+#include "faults/suite_calls.h"
+#include "library/device_monitor/passing_hours.h"
+#include "simulation/device_happenings.h"
+#include "simulation/fakes/heap.h"
+#include "simulation/fakes/threads.h"
+#include "standins/wmi_kit/wmi_kit_control.h"
+#include "support/plugin_module.h"
+
+namespace faults_test {
+namespace {
+
+using device_monitor_test::PassingHours;
+using simulation::FaultVariant;
+using simulation::World;
+
+constexpr UINT kMarkerMessage = WM_USER + 1;
+constexpr auto kPatience = std::chrono::seconds(20);
+
+template <class Condition>
+bool ComesTrue(Condition condition) {
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        Sleep(1);
+    }
+    return true;
+}
+
+std::optional<FaultVariant> VariantOf(const std::string& way) {
+    for (const FaultVariant variant : {FaultVariant::Fail, FaultVariant::NullResult,
+                                       FaultVariant::ShortSize, FaultVariant::SuccessWithNothing}) {
+        if (way == VariantName(variant)) {
+            return variant;
+        }
+    }
+    return std::nullopt;
+}
+
+class Player {
+public:
+    Player(const Scene& theScene, const std::optional<PlannedFault>& theFault)
+        : scene(theScene), fault(theFault), suite(theScene.machine, theFault) {}
+
+    Played Play() {
+        if (fault && fault->call == "malloc") {
+            refusal.emplace(fault->number);
+            if (fault->way == "RefuseAtStart") {
+                suite.recorded.log.onLine = [this](const test_support::LogLine& line) {
+                    if (line.text.rfind(L"Register timer:1(", 0) == 0) {
+                        refused = refusal->Count();
+                        refusal.reset();
+                    }
+                };
+            }
+        }
+        if (scene.managerIsLoaded) {
+            manager.emplace();
+        }
+        load = std::make_unique<SimulatedLoad>(
+            scene.machine, [this](World& world) { PlanFault(world); },
+            [this](World& world) { Observe(world); });
+        steps["load"] = load->Module() == nullptr ? "refused" : "loaded";
+        if (load->Module() != nullptr) {
+            Live();
+        }
+        return Result();
+    }
+
+private:
+    void PlanFault(World& world) {
+        if (fault && !suite.FaultApplied() && fault->call != "malloc") {
+            world.faults.FailCall(fault->call, fault->nth, fault->number,
+                                  VariantOf(fault->way).value());
+        }
+    }
+
+    void Live() {
+        // A reference more, so that one that the plug-in takes from the host shows.
+        LoadLibraryW(L"TallyportPlugin.dll");
+        std::shared_ptr<ZedPlugin> plugin =
+            manager && manager->Count() == 1 ? manager->At(0)->factory() : nullptr;
+        if (plugin != nullptr) {
+            const HeldMonitorThread held;
+            PassingHours hours(load->Module(), load->World());
+            Work(*plugin, hours);
+            plugin.reset();
+        }
+        steps["mapped"] = Unload();
+    }
+
+    void Work(ZedPlugin& plugin, PassingHours& hours);
+    void PlugDevice();
+    void RaiseFirmwareEvent();
+    std::string MonitorState();
+    bool MonitorHasEnded() {
+        return simulation::WaitForThreads(load->World(), std::chrono::milliseconds(0));
+    }
+
+    const char* Unload() {
+        if (load->Release()) {
+            return "not until the host lets go";
+        }
+        // The plug-in's own threads are over or will never be.
+        return load->Release() ? "until the host lets go" : "for good";
+    }
+
+    void Observe(World& world) {
+        observed.lines = LinesByThread(suite.recorded.log.Lines(), ThreadNames());
+        observed.left = LeftResources(world.ledger);
+        observed.calls = CallsOf(world.journal.Entries(), ThreadNames());
+        observed.keptBlocks = KeptBlocks();
+        observed.faultWasMet = world.faults.Missed().empty();
+    }
+
+    ThreadNamesById ThreadNames() const {
+        return {{HeldMonitorThread::ThreadId(), "monitor"},
+                {firmwareThreadId, "firmware"},
+                {hostThreadId, "host"}};
+    }
+
+    Played Result();
+    const Scene& scene;
+    const std::optional<PlannedFault>& fault;
+    SuiteOfScenario suite;
+    std::optional<simulation::MallocFailure> refusal;
+    unsigned refused = 0;  ///< By a refusal that is over.
+    std::optional<test_support::PluginsManager> manager;
+    std::unique_ptr<SimulatedLoad> load;
+    const DWORD hostThreadId = GetCurrentThreadId();
+    DWORD firmwareThreadId = 0;
+    Json steps;
+    Observed observed;
+};
+
+/// What the monitor does when it has dealt with everything so far.
+std::string Player::MonitorState() {
+    const HWND window = simulation::FindMonitorWindow();
+    const auto markers = [this] {
+        const auto calls = load->World().journal.Calls("DefWindowProcW");
+        return std::count_if(calls.begin(), calls.end(), [](const simulation::JournalEntry& call) {
+            return call.finished && call["message"] == std::to_string(kMarkerMessage);
+        });
+    };
+    const auto before = markers();
+    const bool posted = window != nullptr && PostMessageW(window, kMarkerMessage, 0, 0) != FALSE;
+    if (!posted) {
+        return ComesTrue([this] { return MonitorHasEnded(); }) ? "has ended" : "hangs";
+    }
+    const bool answers = ComesTrue([&] { return markers() > before || MonitorHasEnded(); });
+    return !answers ? "hangs" : MonitorHasEnded() ? "has ended" : "listens";
+}
+
+void Player::PlugDevice() {
+    // The system tells those only who asked for it.
+    if (load->World().ledger.CountOpen(simulation::ResourceKind::Notification) == 0) {
+        load->World().Plug(scene.arriving);
+        steps["arrival"] = "nobody asked";
+        return;
+    }
+    const simulation::Delivery delivery =
+        simulation::PlugDevice(load->World(), scene.arriving, kPatience);
+    steps["arrival"] = delivery == simulation::Delivery::Delivered ? "told" : "lost";
+}
+
+void Player::RaiseFirmwareEvent() {
+    std::thread([this] {
+        firmwareThreadId = GetCurrentThreadId();
+        steps["firmwareEvent"] = WmiKit_FireFirmwareEvent(675) == 0 ? "nobody asked" : "told";
+    }).join();
+}
+
+void Player::Work(ZedPlugin& plugin, PassingHours& hours) {
+    steps["start"] = plugin.Start() ? "true" : "false";
+    steps["loop"] = hours.LoopWaits() ? "waits" : "hangs";
+    const bool monitored = load->World().ledger.CountAcquired(simulation::ResourceKind::Thread) > 0;
+    steps["monitor"] = "absent";
+    if (monitored) {
+        HeldMonitorThread::LetGo();
+        ComesTrue(
+            [this] { return load->World().journal.Count("GetMessageW") > 0 || MonitorHasEnded(); });
+        steps["monitor"] = MonitorState();
+    }
+    PlugDevice();
+    // A day has passed and the next hour, at which the list is due, with it.
+    load->World().clock.Advance(std::chrono::hours(24));
+    steps["tick"] = hours.PassTick() ? "done" : "hangs";
+    steps["monitorAfterTick"] = monitored ? MonitorState() : "absent";
+    RaiseFirmwareEvent();
+    steps["stop"] = plugin.Stop() ? "true" : "false";
+    steps["monitorAfterStop"] = monitored ? MonitorState() : "absent";
+    if (steps["monitorAfterStop"] == "listens") {
+        PostMessageW(simulation::FindMonitorWindow(), WM_CLOSE, 0, 0);
+        ComesTrue([this] { return MonitorHasEnded(); });
+    }
+}
+
+Played Player::Result() {
+    if (load->IsMapped()) {
+        Observe(load->World());
+    }
+    load.reset();
+    // What stays because a call failed must not meet the next scenario.
+    manager.reset();
+    while (const HMODULE left = GetModuleHandleW(L"ZedPluginsManager.dll")) {
+        FreeLibrary(left);
+    }
+    UnregisterClassW(L"DeviceMonitorWnd", GetModuleHandleW(nullptr));
+
+    Played played;
+    played.calls = std::move(observed.calls);
+    for (Call& call : suite.Calls()) {
+        played.calls.push_back(std::move(call));
+    }
+    played.faultWasMet = observed.faultWasMet;
+    if (fault && fault->call == "malloc") {
+        played.faultWasMet = (refusal ? refusal->Count() : refused) > 0;
+    }
+    played.outcome = {{"steps", steps},
+                      {"lines", observed.lines},
+                      {"events", EventsById(suite.recorded.events.All())},
+                      {"warnings", suite.recorded.events.Warnings()},
+                      {"registry", suite.RegistryState()},
+                      {"left", observed.left},
+                      {"heap", HeapValidate(GetProcessHeap(), 0, nullptr) ? "sound" : "damaged"},
+                      {"keptBlocks", observed.keptBlocks}};
+    return played;
+}
+
+}  // namespace
+
+Played PlayScenario(const Scene& scene, const std::optional<PlannedFault>& fault) {
+    return Player(scene, fault).Play();
+}
+
+}  // namespace faults_test

@@ -1,0 +1,107 @@
+// Properties of any key, filed in a record.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "device_reporter/device_properties.h"
+#include "fuzz/campaign.h"
+#include "fuzz/texts.h"
+#include "simulation/well_known.h"
+
+namespace {
+
+using DeviceReporter::DeviceInfo;
+using fuzz::Require;
+using fuzz::RequireSame;
+using Field = std::wstring DeviceInfo::*;
+
+struct KnownKey {
+    DEVPROPKEY key;
+    Field field;
+};
+
+const std::vector<KnownKey>& KnownKeys() {
+    static const std::vector<KnownKey> keys = {
+        {simulation::kParentKey, &DeviceInfo::parent},
+        {simulation::kClassKey, &DeviceInfo::className},
+        {simulation::kManufacturerKey, &DeviceInfo::manufacturer},
+        {simulation::kDeviceDescKey, &DeviceInfo::description},
+        {simulation::kFriendlyNameKey, &DeviceInfo::name},
+        {simulation::kNameKey, &DeviceInfo::name},
+        {simulation::kContainerIdKey, &DeviceInfo::containerId}};
+    return keys;
+}
+
+struct FiledProperty {
+    DEVPROPKEY key{};
+    std::wstring before;
+    std::wstring text;
+};
+
+void PrintTo(const FiledProperty& filed, std::ostream* stream) {
+    *stream << testing::PrintToString(filed.text) << " under pid " << filed.key.pid << ", fmtid "
+            << testing::PrintToString(filed.key.fmtid) << ", over "
+            << testing::PrintToString(filed.before);
+}
+
+FiledProperty MakeFiledProperty(fuzz::Random& random) {
+    FiledProperty filed;
+    filed.key = random.Pick(KnownKeys()).key;
+    if (random.OneIn(4)) {
+        filed.key.pid = static_cast<DEVPROPID>(random.Below(20));
+    }
+    if (random.OneIn(8)) {
+        filed.key.fmtid.Data4[random.Below(8)] ^= static_cast<BYTE>(1 << random.Below(8));
+    }
+    filed.before = fuzz::MakeText(random, 40);
+    filed.text = fuzz::MakeText(random, 40);
+    if (random.OneIn(4)) {
+        filed.text = filed.before.substr(random.Below(filed.before.size() + 1));
+    }
+    return filed;
+}
+
+Field FieldOf(const DEVPROPKEY& key) {
+    for (const KnownKey& known : KnownKeys()) {
+        if (known.key.pid == key.pid && IsEqualGUID(known.key.fmtid, key.fmtid)) {
+            return known.field;
+        }
+    }
+    return nullptr;
+}
+
+std::wstring ExpectedName(const FiledProperty& filed) {
+    if (filed.before.find(filed.text) != std::wstring::npos) {
+        return filed.before;
+    }
+    return filed.before.empty() ? filed.text : filed.before + L"\n" + filed.text;
+}
+
+void CheckFiling(const FiledProperty& filed) {
+    const Field target = FieldOf(filed.key);
+    DeviceInfo record;
+    for (const KnownKey& known : KnownKeys()) {
+        record.*known.field = filed.before;
+    }
+    DeviceReporter::SetDeviceProperty(record, filed.key, filed.text);
+    for (const KnownKey& known : KnownKeys()) {
+        const std::wstring& now = record.*known.field;
+        if (known.field != target) {
+            RequireSame(now, filed.before, "no other field changes");
+        } else if (target != &DeviceInfo::name) {
+            RequireSame(now, filed.text, "the field is replaced");
+        } else {
+            Require(now.compare(0, filed.before.size(), filed.before) == 0,
+                    "what was in the name stays in front", now);
+            Require(now.find(filed.text) != std::wstring::npos, "the name has the text", now);
+            RequireSame(now, ExpectedName(filed), "nothing is told twice, and one text a line");
+        }
+    }
+}
+
+TEST(PropertyFilingFuzz, ChangesTheFieldOfTheKeyOnly) {
+    fuzz::TryInputs("filed properties", 200000, MakeFiledProperty, CheckFiling);
+}
+
+}  // namespace

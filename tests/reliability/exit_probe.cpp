@@ -1,0 +1,101 @@
+// Lives a life of the plug-in and exits in the midst of it, without Stop, on another thread than
+// those that work, which go on until the exit ends them:
+//
+//     exit_probe CODE        when Stop is over; prints how many calls of others the plug-in made
+//     exit_probe CODE NTH    when the plug-in makes its NTH call
+#include <windows.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+
+#include "faults/fault_table.h"
+#include "faults/more_fakes.h"
+#include "faults/simulated_load.h"
+#include "faults/suite_calls.h"
+#include "library/device_monitor/passing_hours.h"
+#include "reliability/counted_calls.h"
+#include "simulation/device_happenings.h"
+#include "simulation/fakes/threads.h"
+#include "standins/wmi_kit/wmi_kit_control.h"
+#include "support/plugin_module.h"
+
+namespace {
+
+using namespace reliability_test;
+
+/// Never destroyed.
+struct Life {
+    const faults_test::Scenario scenario = faults_test::LoadScenario("whole_life");
+    faults_test::SuiteOfScenario suite{scenario.scene.machine, std::nullopt};
+    test_support::PluginsManager manager;
+    faults_test::SimulatedLoad load{scenario.scene.machine, [](simulation::World&) {},
+                                    [](simulation::World&) {}};
+    faults_test::HeldMonitorThread monitor;
+    std::shared_ptr<ZedPlugin> plugin = manager.At(0)->factory();
+
+    /// On a thread of the host's.
+    void Live() {
+        device_monitor_test::PassingHours& hours =
+            *new device_monitor_test::PassingHours(load.Module(), load.World());
+        CountCalls(load.Module());
+        monitor.LetGo();
+        plugin->Start();
+        hours.LoopWaits();
+        while (load.World().journal.Count("GetMessageW") == 0) {
+            Sleep(1);
+        }
+        simulation::PlugDevice(load.World(), scenario.scene.arriving);
+        load.World().clock.Advance(std::chrono::hours(24));
+        hours.PassTick();
+        WmiKit_FireFirmwareEvent(675);
+        plugin->Stop();
+        simulation::WaitForThreads(load.World(), std::chrono::seconds(20));
+    }
+};
+
+/// Threads that the exit ends may hold locks of the simulation. What the plug-in does when it is
+/// detached must not wait for them: it gets the system's own functions back.
+void GiveTheSystemBack(HMODULE module) {
+    static auto* const original = new simulation::ImportRedirection(module);
+    for (const simulation::Import& import : simulation::ImportsOf(module)) {
+        const FARPROC function =
+            GetProcAddress(GetModuleHandleA(import.library.c_str()), import.name.c_str());
+        original->Redirect(import.name, reinterpret_cast<void*>(function), import.library);
+    }
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+    if (argumentCount != 2 && argumentCount != 3) {
+        std::fputs("usage: exit_probe CODE [NTH]\n", stderr);
+        return 2;
+    }
+    const auto code = static_cast<UINT>(std::strtoul(arguments[1], nullptr, 10));
+    const std::uint64_t nth = argumentCount == 3 ? std::strtoull(arguments[2], nullptr, 10) : 0;
+    static Life& life = *new Life;
+    static std::atomic<bool> over{false};
+    // Not a thread of the C++ library: it must leave nothing to do for the exit.
+    CloseHandle(CreateThread(
+        nullptr, 0,
+        [](void*) -> DWORD {
+            life.Live();
+            over = true;
+            Sleep(INFINITE);
+            return 0;
+        },
+        nullptr, 0, nullptr));
+    while (!over && (nth == 0 || CallsSoFar() < nth)) {
+        YieldProcessor();
+    }
+    if (nth == 0) {
+        std::printf("%llu\n", static_cast<unsigned long long>(CallsSoFar()));
+        std::fflush(stdout);
+    }
+    GiveTheSystemBack(life.load.Module());
+    std::puts("exits");
+    std::fflush(stdout);
+    ExitProcess(code);
+}
