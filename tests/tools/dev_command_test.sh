@@ -6,7 +6,8 @@ dev=$source_dir/dev
 
 expect 0 "Usage: ./dev COMMAND" "$dev"
 expect 0 "Usage: ./dev COMMAND" "$dev" --help
-for command in setup build run test bench coverage format lint clean; do
+expect 0 "  test reliability " "$dev" help
+for command in setup build run test bench coverage package format lint clean; do
     expect 0 "  $command " "$dev" help
 done
 
@@ -15,7 +16,7 @@ expect 1 "there is no preset 'mingw'" "$dev" build mingw
 expect 1 "there is no preset '.*'" "$dev" build '.*'
 expect 1 "unknown option '-x'" "$dev" build mingw-release -x
 expect 1 "unknown option '--fast'" "$dev" test --fast
-for command in setup bench coverage format lint clean; do
+for command in setup bench coverage package format lint clean; do
     expect 1 "unknown option '--wrong'" "$dev" "$command" --wrong
     expect_lines 1 "$dev" "$command" --wrong
 done

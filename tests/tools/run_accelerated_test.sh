@@ -9,7 +9,15 @@ expect 127 "the speed must be a whole number" "$run" fast "$wine_prefix_fast" "$
 expect 127 "the speed must be a whole number" "$run" 0 "$wine_prefix_fast" "$pretended_test"
 expect 127 "there is no program 'missing.exe'" "$run" 36000 "$wine_prefix_fast" missing.exe
 cp "$pretended_test" "$work/alone.exe"
-expect 127 "keep_exit_code.exe" "$run" 36000 "$wine_prefix_fast" "$work/alone.exe"
+expect 127 "there is no program '$work/keep_exit_code.exe'; build it first: ./dev build" \
+    "$run" 36000 "$wine_prefix_fast" "$work/alone.exe"
+echo "no program" >"$work/keep_exit_code.exe"
+expect 127 "'$work/alone.exe' was ended before it could return an exit code" \
+    "$run" 36000 "$wine_prefix_fast" "$work/alone.exe"
+mkdir "$work/bin"
+find /usr/bin/ -maxdepth 1 ! -name faketime -exec ln -s -t "$work/bin" {} +
+expect 127 "faketime is missing; run: ./dev setup" \
+    env "PATH=$work/bin" "$run" 36000 "$wine_prefix_fast" "$pretended_test"
 
 # Creates the prefix, so that what follows measures the clock.
 expect 0 "PASSED" "$run" 36000 "$wine_prefix_fast" "$pretended_test"

@@ -10,6 +10,11 @@ expect_lines 1 "$run" "$wine_prefix" missing.exe
 touch "$work/a_file"
 expect 127 "the folder '$work/a_file' for the Wine prefix cannot be created" \
     "$run" "$work/a_file" "$pretended_test"
+# In a prefix that is none Wine cannot lay out its drives.
+mkdir "$work/damaged"
+touch "$work/damaged/dosdevices"
+expect 127 "the Wine prefix could not be created; see $work/damaged.log" \
+    "$run" "$work/damaged" "$pretended_test"
 
 expect 0 "PASSED" "$run" "$wine_prefix" "$pretended_test"
 expect 42 "PASSED" "$run" "$wine_prefix" "$pretended_test" code 42
