@@ -9,6 +9,7 @@
 
 #include "faults/kept_blocks.h"
 #include "faults/more_fakes.h"
+#include "faults/runtime_handles.h"
 #include "support/child_process.h"
 
 namespace faults_test {
@@ -41,6 +42,7 @@ std::vector<simulation::FakeFamily> Families() {
     std::vector<simulation::FakeFamily> families = simulation::AllFakeFamilies();
     families.push_back(InstallMoreFakes);
     families.push_back(FollowBlocks);
+    families.push_back(FollowRuntimeHandles);
     return families;
 }
 

@@ -112,13 +112,12 @@ std::string FigureCourse::Text() const {
            std::to_string(Median()) + ", last " + std::to_string(Last());
 }
 
-void HostCourse::Sample() {
+void HostCourse::Sample(Growth known) {
     const HostFigures figures = MeasureHost();
-    handles.Add(figures.handles - known.handles * count);
+    handles.Add(figures.handles - known.handles);
     threads.Add(figures.threads);
     windowClasses.Add(figures.windowClasses);
-    memory.Add(figures.privateKilobytes - known.kilobytes * count);
-    ++count;
+    memory.Add(figures.privateKilobytes - known.kilobytes);
 }
 
 std::string HostCourse::Verdict(Growth slack) const {

@@ -47,17 +47,13 @@ struct Growth {
 /// All figures, sampled together.
 class HostCourse {
 public:
-    /// By how much each sample is more than the one before it, for a known cause. It is taken off.
-    explicit HostCourse(Growth ofEachSample = {}) : known(ofEachSample) {}
-
-    void Sample();
+    /// `known` is taken off: what the figures contain for a known cause.
+    void Sample(Growth known = {});
     /// Prints each figure, and returns in words those that are not flat: empty when all are.
     /// `slack` is by how much the end may exceed the middle.
     std::string Verdict(Growth slack) const;
 
 private:
-    const Growth known;
-    std::size_t count = 0;
     FigureCourse handles{"handles"};
     FigureCourse threads{"threads"};
     FigureCourse windowClasses{"window classes"};

@@ -1,6 +1,7 @@
 #include "support/memory_registry.h"
 
 #include <cstdio>
+#include <mutex>
 
 #include "simulation/call_text.h"
 #include "standins/file_kit/file_kit_control.h"
@@ -33,34 +34,34 @@ MemoryRegistry::MemoryRegistry(Timeline& timelineOfTest) : timeline(timelineOfTe
 MemoryRegistry::~MemoryRegistry() { FileKit_Reset(); }
 
 void MemoryRegistry::AddKey(const std::string& key) {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     keys.insert(key);
 }
 
 void MemoryRegistry::RemoveKey(const std::string& key) {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     keys.erase(key);
 }
 
 void MemoryRegistry::SetValue(const std::string& value, std::int64_t number) {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     keys.insert(value.substr(0, value.rfind(':')));
     values[value] = number;
 }
 
 std::optional<std::int64_t> MemoryRegistry::Value(const std::string& value) const {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     const auto found = values.find(value);
     return found == values.end() ? std::nullopt : std::optional(found->second);
 }
 
 void MemoryRegistry::FailReads(const std::string& value, DWORD error) {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     readErrors[value] = error;
 }
 
 void MemoryRegistry::FailWrites(const std::string& value, DWORD error) {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     writeErrors[value] = error;
 }
 
@@ -72,7 +73,7 @@ int MemoryRegistry::Intercept(void* context, int operation, HKEY root, const wch
     const std::string key = RootName(root) + "\\" + simulation::ToUtf8(subKey);
     if (operation == FILE_KIT_KEY_EXISTS) {
         registry.timeline.Note("exists " + key);
-        const std::lock_guard<std::mutex> lock(registry.mutex);
+        const std::lock_guard lock(registry.mutex);
         return registry.keys.count(key) != 0 ? FILE_KIT_SUCCEED : FILE_KIT_FAIL;
     }
     const std::string path = key + ":" + simulation::ToUtf8(valueName);
@@ -97,7 +98,7 @@ int MemoryRegistry::Intercept(void* context, int operation, HKEY root, const wch
 }
 
 int MemoryRegistry::Read(const std::string& value, long long& number, unsigned long& error) const {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     if (const auto planned = readErrors.find(value); planned != readErrors.end()) {
         error = planned->second;
         return FILE_KIT_FAIL;
@@ -111,7 +112,7 @@ int MemoryRegistry::Read(const std::string& value, long long& number, unsigned l
 }
 
 int MemoryRegistry::Write(const std::string& value, long long number, unsigned long& error) {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     if (const auto planned = writeErrors.find(value); planned != writeErrors.end()) {
         error = planned->second;
         return FILE_KIT_FAIL;

@@ -6,11 +6,11 @@
 
 #include <cstdint>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
 
+#include "simulation/slim_mutex.h"
 #include "support/timeline.h"
 
 namespace test_support {
@@ -47,7 +47,7 @@ private:
     int Write(const std::string& value, long long number, unsigned long& error);
 
     Timeline& timeline;
-    mutable std::mutex mutex;
+    mutable simulation::SlimMutex mutex;
     std::set<std::string> keys;
     std::map<std::string, std::int64_t> values;
     std::map<std::string, DWORD> readErrors;

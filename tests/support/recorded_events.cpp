@@ -1,5 +1,7 @@
 #include "support/recorded_events.h"
 
+#include <mutex>
+
 namespace test_support {
 
 RecordedEvents::RecordedEvents(Timeline& timelineOfTest) : timeline(timelineOfTest) {
@@ -10,7 +12,7 @@ RecordedEvents::RecordedEvents(Timeline& timelineOfTest) : timeline(timelineOfTe
 RecordedEvents::~RecordedEvents() { XeEvent_Reset(); }
 
 std::vector<Event> RecordedEvents::All() const {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     return events;
 }
 
@@ -25,7 +27,7 @@ std::vector<Event> RecordedEvents::WithId(int id) const {
 }
 
 std::vector<std::string> RecordedEvents::Warnings() const {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     return warnings;
 }
 
@@ -37,7 +39,7 @@ void RecordedEvents::Receive(void* context, int id, const XeEventField* fields, 
                                   std::string(fields[i].value, fields[i].valueLength));
     }
     {
-        const std::lock_guard<std::mutex> lock(recorded.mutex);
+        const std::lock_guard lock(recorded.mutex);
         recorded.events.push_back(event);
     }
     recorded.timeline.Note("event " + std::to_string(id));
@@ -48,7 +50,7 @@ void RecordedEvents::Receive(void* context, int id, const XeEventField* fields, 
 
 void RecordedEvents::ReceiveWarning(void* context, const char* text) {
     RecordedEvents& recorded = *static_cast<RecordedEvents*>(context);
-    const std::lock_guard<std::mutex> lock(recorded.mutex);
+    const std::lock_guard lock(recorded.mutex);
     recorded.warnings.emplace_back(text);
 }
 

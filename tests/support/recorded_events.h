@@ -5,11 +5,11 @@
 
 #include <chrono>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "simulation/slim_mutex.h"
 #include "standins/xeevent/xeevent_control.h"
 #include "support/timeline.h"
 
@@ -46,7 +46,7 @@ private:
     static void ReceiveWarning(void* context, const char* text);
 
     Timeline& timeline;
-    mutable std::mutex mutex;
+    mutable simulation::SlimMutex mutex;
     std::vector<Event> events;
     std::vector<std::string> warnings;
 };

@@ -1,5 +1,7 @@
 #include "support/recorded_log.h"
 
+#include <mutex>
+
 #include "simulation/call_text.h"
 #include "standins/log_kit/log_kit_control.h"
 
@@ -13,7 +15,7 @@ RecordedLog::RecordedLog(Timeline& timelineOfTest) : timeline(timelineOfTest) {
 RecordedLog::~RecordedLog() { LogKit_Reset(); }
 
 std::vector<LogLine> RecordedLog::Lines() const {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard lock(mutex);
     return lines;
 }
 
@@ -21,7 +23,7 @@ void RecordedLog::Receive(void* context, int level, const wchar_t* text) {
     RecordedLog& log = *static_cast<RecordedLog*>(context);
     const LogLine line{level, text, GetCurrentThreadId()};
     {
-        const std::lock_guard<std::mutex> lock(log.mutex);
+        const std::lock_guard lock(log.mutex);
         log.lines.push_back(line);
     }
     log.timeline.Note("log " + std::to_string(level) + " " + simulation::ToUtf8(text));

@@ -4,10 +4,10 @@
 #include <windows.h>
 
 #include <functional>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "simulation/slim_mutex.h"
 #include "support/timeline.h"
 
 namespace test_support {
@@ -36,7 +36,7 @@ private:
     static void Receive(void* context, int level, const wchar_t* text);
 
     Timeline& timeline;
-    mutable std::mutex mutex;
+    mutable simulation::SlimMutex mutex;
     std::vector<LogLine> lines;
 };
 

@@ -1,6 +1,7 @@
 #include "simulation/call_journal.h"
 
 #include <algorithm>
+#include <mutex>
 #include <ostream>
 #include <stdexcept>
 

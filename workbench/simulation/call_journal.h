@@ -5,10 +5,11 @@
 
 #include <cstdint>
 #include <iosfwd>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "simulation/slim_mutex.h"
 
 namespace simulation {
 
@@ -52,7 +53,7 @@ public:
     void Clear();
 
 private:
-    mutable std::mutex mutex;
+    mutable SlimMutex mutex;
     std::uint64_t firstSequence = 0;
     std::vector<JournalEntry> entries;
 };

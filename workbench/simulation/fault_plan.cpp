@@ -1,5 +1,6 @@
 #include "simulation/fault_plan.h"
 
+#include <mutex>
 #include <ostream>
 
 namespace simulation {

@@ -5,11 +5,12 @@
 
 #include <iosfwd>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "simulation/slim_mutex.h"
 
 namespace simulation {
 
@@ -60,7 +61,7 @@ private:
         bool hit;
     };
 
-    mutable std::mutex mutex;
+    mutable SlimMutex mutex;
     std::vector<Planned> planned;
     std::map<std::string, unsigned, std::less<>> counts;
 };

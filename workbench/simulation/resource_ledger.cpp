@@ -1,6 +1,7 @@
 #include "simulation/resource_ledger.h"
 
 #include <algorithm>
+#include <mutex>
 #include <ostream>
 
 #include "simulation/call_text.h"

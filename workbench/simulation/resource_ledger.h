@@ -4,11 +4,12 @@
 #include <cstdint>
 #include <iosfwd>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
 #include <vector>
+
+#include "simulation/slim_mutex.h"
 
 namespace simulation {
 
@@ -68,7 +69,7 @@ public:
     bool Balanced() const;
 
 private:
-    mutable std::mutex mutex;
+    mutable SlimMutex mutex;
     std::uintptr_t lastNumber = 0;
     std::vector<OpenResource> open;
     std::map<ResourceKind, std::size_t> acquired;

@@ -15,6 +15,7 @@
 #include "simulation/machine.h"
 #include "simulation/resource_ledger.h"
 #include "simulation/simulated_clock.h"
+#include "simulation/slim_mutex.h"
 
 namespace simulation {
 
@@ -25,7 +26,7 @@ public:
     explicit World(Machine described);
 
     /// Nobody else reads or changes machine and family states while the result lives.
-    std::unique_lock<std::mutex> Lock() { return std::unique_lock(mutex); }
+    std::unique_lock<SlimMutex> Lock() { return std::unique_lock(mutex); }
 
     /// Changes the machine under the lock: `world.Change([](Machine& machine) { ... });`
     template <class Edit>
@@ -57,7 +58,7 @@ public:
     SimulatedClock clock;
 
 private:
-    std::mutex mutex;
+    SlimMutex mutex;
     std::unordered_map<std::type_index, std::shared_ptr<void>> familyStates;
 };
 
