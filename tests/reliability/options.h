@@ -12,6 +12,7 @@ struct Options {
     unsigned rounds = 1000;
     unsigned days = 60;
     unsigned moments = 240;
+    unsigned lives = 60;
 };
 
 /// Set before the tests run.

@@ -5,7 +5,7 @@ set -uo pipefail
 source "$(dirname "$0")/assertions.sh" "$@"
 
 project=$work/project
-mkdir -p "$project"/build/mingw-{release,checked,coverage} "$work/bin"
+mkdir -p "$project"/build/mingw-{release,checked,clang,coverage} "$work/bin"
 cp "$source_dir/dev" "$source_dir/CMakePresets.json" "$project"
 
 # pretend FILE...: programs that fail, after printing PRINTED, when FAILING names them with their
@@ -70,12 +70,17 @@ expect_failure "ctest --test-dir build/mingw-release --parallel" "$none" test no
 expect_failure "ctest --test-dir build/mingw-release --parallel" "$none" test unit
 expect_failure "ctest --test-dir build/mingw-release --parallel" "tests failed, see above" test
 expect_failure "ctest --test-dir build/mingw-checked --parallel" "tests failed, see above" test
+expect_failure "ctest --test-dir build/mingw-clang --parallel" "tests failed, see above" test
 expect_failure table "something ended other than laid down, see above" test reliability
 
 expect_failure "clang-format-14 --dry-run" "files are not formatted; run: ./dev format" lint
 expect_failure shellcheck "mend the scripts above" lint
 expect_failure check_product "the sources above do not compile there" lint
 expect_failure tidy "mend the findings above; .clang-tidy explains the checks" lint
+
+# Coverage is shown all the same.
+FAILING="ctest --test-dir build/mingw-coverage" PATH=$work/bin:$PATH \
+    expect 0 "Some tests failed; what follows is what the others covered." "$project/dev" coverage
 
 # A script that explains itself has the last word.
 for step in "make_package package" "report coverage"; do
