@@ -86,6 +86,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         BadLine{R"({"time":"2026-)", std::string("not valid JSON at column 15") + kMend},
         BadLine{"{\"time\":\"\xFF\"}", std::string("not valid JSON at column 10") + kMend},
+        BadLine{R"({"time":"2026-11-20T18:54:03.120Z","id":1e999,"fields":[]})",
+                std::string("a number is too large") + kMend},
         BadLine{"[]", std::string("not an event") + kMend},
         BadLine{R"({"id":1,"fields":[]})",
                 std::string("\"time\" is missing or not a text") + kMend},

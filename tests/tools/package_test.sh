@@ -104,28 +104,4 @@ expect 0 "992614500" "$source_dir/tools/wine/run_in_wine" "$clean_prefix" \
 contains "$work/events.ndjson" '"id":992614500'
 contains "$work/events.ndjson" '"id":992614518'
 forget_prefix
-
-# What cannot become a package.
-expect 1 "is no build folder" "$make_package" "$work" "$work/out"
-expect 1 "usage: make_package" "$make_package" "$build_dir"
-mkdir -p "$work/build/bin"
-printf '%s\n' CMAKE_BUILD_TYPE:STRING=Debug >"$work/build/CMakeCache.txt"
-expect 1 "is no release build" "$make_package" "$work/build" "$work/out"
-printf '%s\n' CMAKE_BUILD_TYPE:STRING=RelWithDebInfo >"$work/build/CMakeCache.txt"
-expect 1 "lacks bin/TallyportPlugin.dll" "$make_package" "$work/build" "$work/out"
-expect 1 "SOURCE_DATE_EPOCH is 'noon'" \
-    env SOURCE_DATE_EPOCH=noon "$make_package" "$build_dir" "$work/out"
-expect 1 "set SOURCE_DATE_EPOCH to a time" \
-    env GIT_DIR="$work/none" "$make_package" "$build_dir" "$work/out"
-expect 0 "$name.zip" \
-    env GIT_DIR="$work/none" SOURCE_DATE_EPOCH=1000000000 "$make_package" "$build_dir" "$work/out"
-sed "s,^LOAD /.*libstdc++.a$,LOAD $work/libforeign.a," "$build_dir/TallyportPlugin.map" \
-    >"$work/foreign.map"
-json=$(sed -n 's/^nlohmann_json_DIR:.*=//p' "$build_dir/CMakeCache.txt")
-expect 1 "its licence would be missing" \
-    "$source_dir/tools/package/collect_licences" "$work/foreign.map" "$json" "$work/licences"
-mkdir -p "$work/json/share/cmake/nlohmann_json"
-cp "$json/nlohmann_jsonConfigVersion.cmake" "$work/json/share/cmake/nlohmann_json"
-expect 1 "copyright is missing" "$source_dir/tools/package/collect_licences" \
-    "$build_dir/TallyportPlugin.map" "$work/json/share/cmake/nlohmann_json" "$work/licences"
 finish

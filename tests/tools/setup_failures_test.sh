@@ -16,6 +16,8 @@ cat >"$work/bin/apt-get" <<'PROGRAM'
 [[ $1 == indextargets && -z ${NO_LISTS-} ]] && echo "$SOURCE_FILE:1"
 [[ $1 == download ]] && touch nlohmann-json3-dev_3.9.1_all.deb
 [[ $1 == source ]] && touch benchmark_1.6.dsc
+# The name of the right version, and an empty folder in it.
+[[ $1 == source && -n ${EMPTY-} ]] && mkdir empty && tar --create --file benchmark_1.7.1.orig.tar.gz empty
 exit 0
 PROGRAM
 cat >"$work/bin/apt-cache" <<'PROGRAM'
@@ -74,6 +76,8 @@ expect_words "" "but not in version 3.11.3: nlohmann-json3-dev_3.9.1_all.deb" \
 expect_words FAILING=source "the source package benchmark could not be downloaded; check the network" \
     "$work/setup/fetch_benchmark" "$work/target"
 expect_words "" "the apt sources offer benchmark, but not in version 1.7.1: " \
+    "$work/setup/fetch_benchmark" "$work/target"
+expect_words EMPTY=1 "the source package benchmark is not of version 1.7.1" \
     "$work/setup/fetch_benchmark" "$work/target"
 if [[ -e $work/target ]]; then
     echo "FAILED: a fetch that failed left something behind"

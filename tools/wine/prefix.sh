@@ -20,7 +20,8 @@ find_wine() {
 # use_prefix DIR: sets the environment of Wine programs and creates the prefix on first use.
 use_prefix() {
     mkdir -p "$1" || wine_failed "the folder '$1' for the Wine prefix cannot be created"
-    WINEPREFIX=$(cd "$1" && pwd)
+    # Links resolved: a prefix has one lock, by whatever name it is called.
+    WINEPREFIX=$(cd "$1" && pwd -P)
     export WINEPREFIX WINEARCH=win64 WINEDEBUG=${WINEDEBUG--all}
     # A crash must end the program instead of waiting in the debugger. The other two would ask for
     # downloads, and no menu entries are to appear on the developer's desktop.

@@ -1,5 +1,6 @@
 #include "host/plugin_session.h"
 
+#include <exception>
 #include <utility>
 
 #include "host/files.h"
@@ -15,10 +16,27 @@ std::string FileNameOf(const std::wstring& path) {
     return standins::ToUtf8(path.substr(path.find_last_of(L"\\/") + 1));
 }
 
-HostError StepFailed(const std::string& step) {
-    return HostError(ExitCode::RunFailed, "the plug-in's " + step +
-                                              " failed; what it logged before tells more, and "
-                                              "--log FILE keeps it");
+/// The line about a step of the plug-in that failed; empty when it did not. An exception ends here:
+/// its code would be unloaded together with the plug-in before anybody could read it.
+template <typename Step>
+std::string FailureOf(const char* name, Step step) {
+    constexpr char kAdvice[] = "; what it logged before tells more, and --log FILE keeps it";
+    const std::string subject = std::string("the plug-in's ") + name;
+    const std::string thrown =
+        subject + " ended with an exception, which would end the suite's process";
+    try {
+        return step() ? std::string() : subject + " failed" + kAdvice;
+    } catch (const std::exception& error) {
+        return thrown + ": " + error.what() + kAdvice;
+    } catch (...) {
+        return thrown + kAdvice;
+    }
+}
+
+void Demand(const std::string& failure) {
+    if (!failure.empty()) {
+        throw HostError(ExitCode::RunFailed, failure);
+    }
 }
 
 }  // namespace
@@ -75,44 +93,40 @@ void PluginSession::FindRegistration(std::size_t registeredBefore) {
 }
 
 void PluginSession::Start(RunClock& clock) {
-    const auto demand = [&](bool success, const char* step) {
-        if (!success) {
-            throw StepFailed(step);
-        }
-    };
     screen.Line(LineKind::Step, "Create it through its factory");
-    plugin = registration->factory();
-    demand(plugin != nullptr, "factory");
+    Demand(FailureOf("factory", [&] {
+        plugin = registration->factory();
+        return plugin != nullptr;
+    }));
     screen.Line(LineKind::Step, "Initialize");
-    initialized = plugin->Initialize();
-    demand(initialized, "Initialize");
+    Demand(FailureOf("Initialize", [&] { return plugin->Initialize(); }));
+    initialized = true;
     clock.Start();
     screen.Line(LineKind::Step, "Start");
-    started = plugin->Start();
-    demand(started, "Start");
+    Demand(FailureOf("Start", [&] { return plugin->Start(); }));
+    started = true;
     screen.Line(LineKind::Step, "Started");
 }
 
 void PluginSession::Stop() {
-    std::string failed;
+    std::string failure;
     if (started) {
         screen.Line(LineKind::Step, "Stop");
-        failed = plugin->Stop() ? "" : "Stop";
+        failure = FailureOf("Stop", [&] { return plugin->Stop(); });
         started = false;
         screen.Line(LineKind::Step, "Stopped");
     }
     if (initialized) {
         screen.Line(LineKind::Step, "Uninitialize");
-        if (!plugin->Uninitialize() && failed.empty()) {
-            failed = "Uninitialize";
+        const std::string last = FailureOf("Uninitialize", [&] { return plugin->Uninitialize(); });
+        if (failure.empty()) {
+            failure = last;
         }
         initialized = false;
     }
     // The last reference goes here, while the code of its deleter is still loaded.
     plugin.reset();
-    if (!failed.empty()) {
-        throw StepFailed(failed);
-    }
+    Demand(failure);
 }
 
 void PluginSession::Unload() {

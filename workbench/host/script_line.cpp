@@ -25,6 +25,9 @@ public:
         } catch (const Json::parse_error& error) {
             throw Defect("not valid JSON at column " + std::to_string(error.byte) +
                          "; write one object per line, such as " + kExample);
+        } catch (const Json::out_of_range&) {
+            throw Defect(std::string("a number is too large; write one object per line, such as ") +
+                         kExample);
         }
         if (!object.is_object()) {
             throw Defect(std::string("not a JSON object; write one such as ") + kExample);

@@ -189,5 +189,21 @@ TEST_F(HostBadInput, TellsADefectOfAMachineFileInOneLine) {
     EXPECT_EQ(result.output, "");
 }
 
+TEST_F(HostBadInput, TellsWhichKeysAMachineFileMayHave) {
+    const std::vector<std::pair<std::string, std::string>> defects{
+        {R"({"clocks": {"x": 1}})",
+         R"(/clocks: unknown key "x"; known here are "unixSeconds", "steadyNanoseconds")"},
+        {R"({"devices": [{"id": "USB\\1", "properties": {"{4D1E55B2}": {"uint32": 1}}}]})",
+         "/devices/0/properties/{4D1E55B2}: expected a property key such as "
+         R"("{A45C254E-DF1C-4EFD-8020-67D146A850E0} 14")"}};
+    for (const auto& [content, message] : defects) {
+        WriteFile(folder.Path() + L"\\defect.json", content);
+        const ChildResult result = Run({L"--machine", L"{}\\defect.json"});
+        EXPECT_EQ(result.exitCode, kBadInput);
+        EXPECT_EQ(result.errors, Line("{}\\defect.json: " + message));
+        EXPECT_EQ(result.output, "");
+    }
+}
+
 }  // namespace
 }  // namespace host_test

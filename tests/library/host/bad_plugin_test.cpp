@@ -44,6 +44,12 @@ std::string StepFailed(const std::string& step) {
            " failed; what it logged before tells more, and --log FILE keeps it";
 }
 
+std::string StepThrew(const std::string& step, const std::string& what = ": no luck") {
+    return "the plug-in's " + step +
+           " ended with an exception, which would end the suite's process" + what +
+           "; what it logged before tells more, and --log FILE keeps it";
+}
+
 class HostBadPlugin : public testing::TestWithParam<BadPlugin> {};
 
 TEST_P(HostBadPlugin, IsToldInOneLine) {
@@ -74,7 +80,13 @@ INSTANTIATE_TEST_SUITE_P(
                     BadPlugin{L"unwilling_initialize.dll", StepFailed("Initialize")},
                     BadPlugin{L"unwilling_start.dll", StepFailed("Start")},
                     BadPlugin{L"unwilling_stop.dll", StepFailed("Stop")},
-                    BadPlugin{L"unwilling_uninitialize.dll", StepFailed("Uninitialize")}));
+                    BadPlugin{L"unwilling_uninitialize.dll", StepFailed("Uninitialize")},
+                    BadPlugin{L"throwing_factory.dll", StepThrew("factory")},
+                    BadPlugin{L"throwing_initialize.dll", StepThrew("Initialize")},
+                    BadPlugin{L"throwing_start.dll", StepThrew("Start")},
+                    BadPlugin{L"throwing_stop.dll", StepThrew("Stop")},
+                    BadPlugin{L"throwing_uninitialize.dll", StepThrew("Uninitialize")},
+                    BadPlugin{L"throwing_number.dll", StepThrew("Start", "")}));
 
 TEST(HostPlugin, IsTakenDownAsFarAsItCame) {
     const ChildResult result = RunHost({L"--plugin", PluginFolder() + L"\\unwilling_start.dll"});

@@ -95,6 +95,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Defect{R"({"at": "1s", "do": "stop"} {})",
                            "not valid JSON at column 28; write one object per line, such as "
                            "{\"at\": \"3d 04:00\", \"do\": \"stop\"}"},
+                    Defect{R"({"at": "1s", "do": "fire_firmware_event", "code": 1e999})",
+                           "a number is too large; write one object per line, such as "
+                           "{\"at\": \"3d 04:00\", \"do\": \"stop\"}"},
                     Defect{"[1]",
                            "not a JSON object; write one such as "
                            "{\"at\": \"3d 04:00\", \"do\": \"stop\"}"}));

@@ -5,6 +5,7 @@
 
 #include <bcrypt.h>
 #include <sddl.h>
+#include <wincrypt.h>
 
 #include "host/host_error.h"
 #include "host/kept_state.h"
@@ -55,6 +56,22 @@ NTSTATUS WINAPI RefuseHash(BCRYPT_ALG_HANDLE /*algorithm*/, UCHAR* /*secret*/, U
                            UCHAR* /*input*/, ULONG /*inputSize*/, UCHAR* /*output*/,
                            ULONG /*outputSize*/) {
     return static_cast<NTSTATUS>(0xC0000001);
+}
+
+NTSTATUS WINAPI RefuseAlgorithm(BCRYPT_ALG_HANDLE* /*opened*/, const wchar_t* /*name*/,
+                                const wchar_t* /*implementation*/, ULONG /*flags*/) {
+    return static_cast<NTSTATUS>(0xC0000001);
+}
+
+BOOL WINAPI RefuseText(const BYTE* /*bytes*/, DWORD /*count*/, DWORD /*form*/, char* /*text*/,
+                       DWORD* /*size*/) {
+    return FALSE;
+}
+
+std::string Unsealed(const std::string& function) {
+    return "the page cannot be sealed: " + function +
+           " failed; record the run with --events and make the page on another computer: --from "
+           "FILE";
 }
 
 class SystemRefusal : public testing::Test {
@@ -118,11 +135,20 @@ TEST_F(SystemRefusal, OfInstallingTheComponentIsTold) {
                   Win32ErrorText(ERROR_DISK_FULL) + kMoreRights);
 }
 
+TEST_F(SystemRefusal, OfTheKindOfHashForThePageIsTold) {
+    imports.Redirect<decltype(::BCryptOpenAlgorithmProvider)>("BCryptOpenAlgorithmProvider",
+                                                              RefuseAlgorithm);
+    EXPECT_EQ(ErrorOf([] { SourceHash("text"); }), Unsealed("BCryptOpenAlgorithmProvider"));
+}
+
 TEST_F(SystemRefusal, OfAHashForThePageIsTold) {
     imports.Redirect<decltype(::BCryptHash)>("BCryptHash", RefuseHash);
-    EXPECT_EQ(ErrorOf([] { SourceHash("text"); }),
-              "the page cannot be sealed: BCryptHash failed; record the run with --events and make "
-              "the page on another computer: --from FILE");
+    EXPECT_EQ(ErrorOf([] { SourceHash("text"); }), Unsealed("BCryptHash"));
+}
+
+TEST_F(SystemRefusal, OfTheHashAsATextIsTold) {
+    imports.Redirect<decltype(::CryptBinaryToStringA)>("CryptBinaryToStringA", RefuseText);
+    EXPECT_EQ(ErrorOf([] { SourceHash("text"); }), Unsealed("CryptBinaryToString"));
 }
 
 }  // namespace

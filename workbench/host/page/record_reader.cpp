@@ -87,6 +87,8 @@ RecordedEvent ReadEvent(std::string_view line, const Place& place) {
         object = Json::parse(line);
     } catch (const Json::parse_error& error) {
         throw place.Defect("not valid JSON at column " + std::to_string(error.byte) + kMend);
+    } catch (const Json::out_of_range&) {
+        throw place.Defect(std::string("a number is too large") + kMend);
     }
     if (!object.is_object()) {
         throw place.Defect(std::string("not an event") + kMend);
