@@ -16,6 +16,9 @@ using namespace reliability_test;
 /// The first rounds load what the system loads on demand and fill its caches.
 constexpr unsigned kFirstRounds = 10;
 constexpr std::size_t kKilobytes = 256;
+/// At most so many does this compiler's runtime keep in a round: two for the host's thread, and one
+/// for a lock of its own at which two threads met.
+constexpr std::size_t kRuntimeHandles = 3;
 /// Locks of this program for which two threads have met keep one each.
 constexpr std::size_t kHandles = 8;
 
@@ -46,7 +49,10 @@ TEST(Rounds, OfLoadStartStopUnloadLeaveNothingBehind) {
     }
     std::printf("%u rounds in %llu ms; the compiler's runtime kept %zu handles\n",
                 TheOptions().rounds, GetTickCount64() - begin, faults_test::KeptRuntimeHandles());
-    const std::string notFlat = course.Verdict({kHandles, kKilobytes});
+    std::string notFlat = course.Verdict({kHandles, kKilobytes});
+    if (faults_test::KeptRuntimeHandles() > kRuntimeHandles * TheOptions().rounds) {
+        notFlat += "handles that the compiler's runtime kept; ";
+    }
     EXPECT_EQ(notFlat, "");
     AddRow("rounds of load, Start, report, Stop, unload in one process", TheOptions().rounds,
            wrong + (notFlat.empty() ? 0 : 1));
