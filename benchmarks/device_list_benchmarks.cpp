@@ -40,11 +40,11 @@ void InstantFill(benchmark::State& state) {
 BENCHMARK(InstantFill)->Apply(benchmarks::Repeat)->Arg(50)->Arg(100)->Arg(200)->Arg(350)->Arg(500);
 
 /// A reporter that knows so many devices, all of which are reported.
-std::shared_ptr<ReportDeviceInfo> MakeReporter(std::size_t devices) {
+std::unique_ptr<ReportDeviceInfo> MakeReporter(std::size_t devices) {
     benchmarks::SetInstantDevices(benchmarks::SampleDevices(devices));
     benchmarks::SetInstantPrinters(0);
     benchmarks::SetInstantDisplays(0);
-    const auto reporter = std::make_shared<ReportDeviceInfo>();
+    auto reporter = std::make_unique<ReportDeviceInfo>();
     reporter->devices = Fill();
     return reporter;
 }

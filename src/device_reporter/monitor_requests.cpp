@@ -9,17 +9,12 @@ namespace DeviceReporter {
 
 namespace {
 
-const ModuleInstance<ReportDeviceInfo> reporterInstance;
+ModuleInstance<ReportDeviceInfo> reporterInstance;
 
-/// Keeps the library mapped and the reporter alive until the thread's very end. Nobody waits for
-/// it: Stop only posts, and the host may unload the library right after.
+/// Keeps the library, and so the reporter, until the thread's very end. Nobody waits for it: Stop
+/// only posts, and the host may unload the library right after.
 DWORD WINAPI RunMonitorThread(void* param) {
-    DWORD status = 0;
-    {
-        const auto reporter = static_cast<ReportDeviceInfo*>(param)->shared_from_this();
-        status = ReportDeviceInfo::MonitorThreadProc(reporter.get());
-    }
-    ReleaseThisModuleAndExitThread(status);
+    ReleaseThisModuleAndExitThread(ReportDeviceInfo::MonitorThreadProc(param));
 }
 
 void PostToMonitor(HWND msgWindow, UINT message, const char* functionName) {

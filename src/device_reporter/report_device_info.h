@@ -8,7 +8,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <memory>
 
 #include "device_reporter/device_info.h"
 
@@ -26,9 +25,7 @@ inline constexpr UINT WM_REPORT_DEVICES = WM_USER + 1001;
 ///
 /// All device work happens on the monitor thread, which owns a message-only window. Other threads
 /// only post to that window: ReportDevices from the timer loop, StopMonitorDevices from the host.
-///
-/// The monitor thread co-owns the reporter, so that nobody destroys a map that is being changed.
-class ReportDeviceInfo : public std::enable_shared_from_this<ReportDeviceInfo> {
+class ReportDeviceInfo {
 public:
     /// The process-wide reporter, constructed when the library is loaded.
     static ReportDeviceInfo& GetInstance();
@@ -41,13 +38,15 @@ public:
     /// 24 hours before the first list begin here. Called once, before the monitor thread exists.
     static bool Init();
 
-    /// Creates the monitor thread, which is never joined; failure is logged.
+    /// Creates the monitor thread, which is never joined; failure is logged. The reporter has to
+    /// outlive it, as the process-wide one does: the thread keeps the library mapped.
     void StartMonitorDevices();
 
     /// Posts a request to report to the monitor's window. Callable from any thread.
     void ReportDevices();
 
-    /// Posts a request to close to the monitor's window. Callable from any thread.
+    /// Posts a request to close to the monitor's window. Without a window that is logged, and the
+    /// monitor goes on. Callable from any thread.
     void StopMonitorDevices();
 
     /// Body of the monitor thread; `param` is the reporter. Fills the device map, then handles the
@@ -57,10 +56,11 @@ public:
     /// Sends the list when it is due and the user has agreed. Monitor thread only.
     void DoReportDevices();
 
-    DeviceMap devices;
+    DeviceMap devices;                     ///< Monitor thread only.
     std::atomic<HWND> msgWindow{nullptr};  ///< Set once by the monitor thread; stale after it.
-    HDEVNOTIFY devNotify = nullptr;
-    /// Lists sent so far. Counts as exhausted until Init has loaded the persisted count.
+    HDEVNOTIFY devNotify = nullptr;  ///< Monitor thread only; owned until the window is closed.
+    /// Lists sent so far. Counts as exhausted until Init has loaded the persisted count. Like the
+    /// time below touched by Init and then by the monitor thread only.
     std::int32_t reportCount = kMaxReportCount;
     std::int64_t lastReportTime = 0;  ///< Steady clock, nanoseconds.
 

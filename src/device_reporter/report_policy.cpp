@@ -27,7 +27,7 @@ std::int64_t SteadyNow() {
     return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-/// Machines of the home edition report, and those without a shelf to ask.
+/// Machines of the suite's home market report, and those without a shelf to ask.
 bool IsRegionSupported() {
     const ZedSoftShelf* const shelf = ZedSoftShelf::GetInstance();
     return shelf == nullptr || shelf->IsSupportProperty("VRLoginGuide", "china");

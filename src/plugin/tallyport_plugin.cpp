@@ -20,7 +20,7 @@ constexpr unsigned int kECLogEventCode = 675;
 
 const ReportBiosInfo biosReporter;
 const ReportPopUpBlockInfo popUpBlockReporter;
-const ModuleInstance<VrSDK::BiosEventMonitor> biosEventMonitor;
+ModuleInstance<VrSDK::BiosEventMonitor> biosEventMonitor;
 /// True once a subscription succeeded. Start and Stop run on the host's thread.
 bool biosEventMonitorStarted = false;
 

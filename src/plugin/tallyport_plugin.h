@@ -15,9 +15,11 @@ public:
     bool Uninitialize() override;
 
     /// Registers the reports, runs the cheap ones once and starts the timer loop. Meant to be
-    /// called once per process: a second call while the timer loop runs ends the process.
+    /// called once per load: a second call while the timer loop runs ends the process.
     bool Start() override;
 
-    /// Ends what Start began and waits for the timer loop. Harmless without Start.
+    /// Ends the timer loop and the firmware events, and waits for both; asks the device monitor to
+    /// end and does not wait. A monitor that has no window yet is not reached: it stays, and the
+    /// library with it, until the process ends. Harmless without Start.
     bool Stop() override;
 };

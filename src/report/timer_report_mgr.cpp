@@ -6,7 +6,6 @@
 
 #include "report/log_line.h"
 #include "util/module_instance.h"
-#include "util/process_end.h"
 
 namespace {
 
@@ -16,27 +15,14 @@ constexpr char kLoopName[] = "TimerReportMgr::Start::<lambda_1>::operator ()";
 /// More than the steady clock loses against a wait of a day, less than anybody notices of an hour.
 constexpr std::chrono::seconds kClockSlack{10};
 
-/// Stops the loop before the library lets go of the manager, also when the host never called Stop.
-struct InstanceHolder {
-    ModuleInstance<TimerReportMgr> manager;
-
-    InstanceHolder() = default;
-    InstanceHolder(const InstanceHolder&) = delete;
-    InstanceHolder& operator=(const InstanceHolder&) = delete;
-    ~InstanceHolder() {
-        // The end of the process has ended the loop; joining it could wait for a lock that it held.
-        if (!IsProcessEnding()) {
-            manager->Stop();
-        }
-    }
-};
-
 }  // namespace
 
 TimerReportMgr& TimerReportMgr::GetInstance() {
-    static const InstanceHolder holder;
-    return *holder.manager;
+    static ModuleInstance<TimerReportMgr> instance;
+    return *instance;
 }
+
+TimerReportMgr::~TimerReportMgr() { Stop(); }
 
 void TimerReportMgr::RegisterReportCallback(Callback callback, std::int32_t intervalHours) {
     WriteLogLine(LOG_LEVEL_NORMAL, kRegisterName, "Register timer:", intervalHours);
@@ -69,7 +55,7 @@ void TimerReportMgr::Start() {
         return;
     }
     moduleReference_ = ReferenceThisModule();
-    thread_ = std::thread([self = shared_from_this()] { self->Loop(); });
+    thread_ = std::thread(&TimerReportMgr::Loop, this);
 }
 
 void TimerReportMgr::Loop() {
@@ -91,16 +77,15 @@ void TimerReportMgr::Loop() {
 }
 
 bool TimerReportMgr::WaitForTick(std::unique_lock<std::mutex>& lock) {
+    const bool stopCameBefore = !running_;
     const std::chrono::hours tick(tickHours_);
     const auto begin = std::chrono::steady_clock::now();
     const auto deadline = std::chrono::system_clock::now() + tick;
-    const bool stopCameBefore = !running_;
-    const std::cv_status status = wakeCond_.wait_until(lock, deadline);
+    const bool timedOut = wakeCond_.wait_until(lock, deadline) == std::cv_status::timeout;
+    const bool tickPassed = std::chrono::steady_clock::now() - begin >= tick - kClockSlack;
     // The library tells a time-out by the wall clock. Where that was slowed down during the wait, a
     // tick would count as ended early, hour after hour; where it was set ahead, Stop as a time-out.
-    const bool passed = status == std::cv_status::timeout ||
-                        std::chrono::steady_clock::now() - begin >= tick - kClockSlack;
-    return passed && (running_ || stopCameBefore);
+    return running_ ? timedOut || tickPassed : timedOut && (stopCameBefore || tickPassed);
 }
 
 void TimerReportMgr::Stop() {

@@ -5,7 +5,6 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -17,10 +16,7 @@
 /// The loop wakes once per tick, the greatest common divisor of all intervals, and runs every
 /// callback whose interval divides the hours that have elapsed since Start. Callbacks run in
 /// registration order and never overlap. All of them are registered before Start.
-///
-/// The loop thread co-owns the manager: destroying a condition variable with a waiter that was
-/// terminated hangs in some thread libraries.
-class TimerReportMgr : public std::enable_shared_from_this<TimerReportMgr> {
+class TimerReportMgr {
 public:
     using Callback = std::function<void()>;
 
@@ -29,6 +25,8 @@ public:
     static TimerReportMgr& GetInstance();
 
     TimerReportMgr() = default;
+    /// Calls Stop first, and waits as long as that.
+    ~TimerReportMgr();
     TimerReportMgr(const TimerReportMgr&) = delete;
     TimerReportMgr& operator=(const TimerReportMgr&) = delete;
 
@@ -41,8 +39,9 @@ public:
     /// the process, as replacing a running std::thread does.
     void Start();
 
-    /// Ends the loop and joins its thread. A Stop that falls between the loop's test and its wait
-    /// takes effect when that wait times out. Must not be called from a callback.
+    /// Ends the loop and joins its thread, for which it waits as long as callbacks run. A Stop that
+    /// falls between the loop's test and its wait takes effect when that wait times out, a tick
+    /// later, and what is due then runs once more. Must not be called from a callback.
     void Stop();
 
 private:
@@ -53,7 +52,8 @@ private:
 
     void UpdateTick();
     void Loop();
-    /// Waits for the tick to pass. False when the wait ended early, by Stop or by nothing at all.
+    /// Waits for the tick to pass. False when the wait ended early, by Stop or by nothing at all;
+    /// in the last seconds of a tick the latter counts as its end.
     bool WaitForTick(std::unique_lock<std::mutex>& lock);
 
     std::thread thread_;

@@ -1,30 +1,32 @@
-// The library's share in an object that lives until the library is unloaded.
+// An object that lives until the library is unloaded.
 #pragma once
-
-#include <memory>
 
 #include "util/process_end.h"
 
-/// Creates one T with itself and lets go of it when the library is unloaded. A thread that works on
-/// the object may hold a share of its own and outlive this one.
+/// One T with the storage of a static object: all zeros before its constructor runs. It is
+/// destroyed when the library is unloaded; the library's own threads keep that from happening while
+/// they touch it.
 ///
 /// A process that ends instead leaves the object as it is: its threads have been terminated in the
 /// midst of whatever they did to it.
 template <typename T>
 class ModuleInstance {
 public:
-    ModuleInstance() : share(new std::shared_ptr<T>(std::make_shared<T>())) {}
+    ModuleInstance() : object() {}
     ModuleInstance(const ModuleInstance&) = delete;
     ModuleInstance& operator=(const ModuleInstance&) = delete;
     ~ModuleInstance() {
         if (!IsProcessEnding()) {
-            delete share;
+            object.~T();
         }
     }
 
-    T& operator*() const { return **share; }
-    T* operator->() const { return share->get(); }
+    T& operator*() { return object; }
+    T* operator->() { return &object; }
 
 private:
-    std::shared_ptr<T>* const share;
+    /// In a union nothing is destroyed by itself.
+    union {
+        T object;
+    };
 };

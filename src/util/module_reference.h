@@ -4,7 +4,8 @@
 #include "util/scoped_handle.h"
 
 /// Takes a counted reference to the module that this function is part of. While it is held, the
-/// host's FreeLibrary does not unmap the code under a running thread.
+/// host's FreeLibrary does not unmap the code under a running thread. Empty when the system
+/// refuses.
 ScopedModule ReferenceThisModule();
 
 /// Gives one reference back and ends the calling thread, without returning into code that may be

@@ -6,7 +6,6 @@
 #include <windows.h>
 
 #include <chrono>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -28,19 +27,16 @@ inline constexpr hours kPatience{1000};
 
 class RunningLoop : public testing::Test {
 protected:
-    /// The loop is stopped, wherever it is: a Stop right before its wait is only seen after it.
-    ~RunningLoop() override { manager->Stop(); }
-
     /// A callback that notes its name.
     void Register(const std::string& name, int intervalHours) {
-        manager->RegisterReportCallback([this, name] { timeline.Note(name); }, intervalHours);
+        manager.RegisterReportCallback([this, name] { timeline.Note(name); }, intervalHours);
     }
 
     /// Starts and waits until the callback ran so many times. Then nothing else is noted any more
     /// than what the tick that is under way still runs.
     void RunUntil(const std::string& name, std::size_t count) {
         timeline.Clear();
-        manager->Start();
+        manager.Start();
         ASSERT_TRUE(timeline.WaitFor(name, count, kPatience));
     }
 
@@ -70,7 +66,7 @@ protected:
 
     test_support::Timeline timeline;
     test_support::RecordedLog log{timeline};
-    const std::shared_ptr<TimerReportMgr> manager = std::make_shared<TimerReportMgr>();
+    TimerReportMgr manager;
 };
 
 }  // namespace timer_loop_test

@@ -49,7 +49,7 @@ TEST_F(TimerLoop, WakesEveryTwoHoursForSixAndFour) {
 TEST_F(TimerLoop, WritesItsLineOncePerWake) {
     Register("hour", 1);
     RunUntil("hour", 5);
-    manager->Stop();
+    manager.Stop();
     Texts texts = timeline.Texts();
     ASSERT_GE(texts.size(), 10u);
     texts.resize(10);
@@ -101,9 +101,10 @@ TEST_F(TimerLoop, LetsASlowCallbackDelayTheNextTickInsteadOfOverlappingIt) {
         timeline.Note("slow ends");
         --running;
     };
-    manager->RegisterReportCallback(slow, 1);
-    manager->RegisterReportCallback(slow, 1);
+    manager.RegisterReportCallback(slow, 1);
+    manager.RegisterReportCallback(slow, 1);
     RunUntil("slow ends", 4);
+    manager.Stop();
     EXPECT_EQ(most, 1);
     const Texts perTick(2, "slow begins slow ends slow begins slow ends");
     EXPECT_EQ(Ticks(2), perTick);
@@ -112,9 +113,9 @@ TEST_F(TimerLoop, LetsASlowCallbackDelayTheNextTickInsteadOfOverlappingIt) {
 }
 
 TEST_F(TimerLoop, SkipsAnEmptyCallbackAndRunsTheOthers) {
-    manager->RegisterReportCallback({}, 1);
+    manager.RegisterReportCallback({}, 1);
     Register("hour", 1);
-    manager->RegisterReportCallback({}, 2);
+    manager.RegisterReportCallback({}, 2);
     RunUntil("hour", 3);
     EXPECT_EQ(Ticks(3), (Texts{"hour", "hour", "hour"}));
 }
@@ -132,11 +133,11 @@ TEST_F(TimerLoop, RunsNothingAndBeginsAFullTickAfterASpuriousWake) {
     Register("twelve", 12);
     Register("day", 24);
     timeline.Clear();
-    manager->Start();
+    manager.Start();
     ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
     Sleep(3 * 3600 * 1000);
     const Clock::time_point wake = Clock::now();
-    test_support::WakeSpuriously(*manager);
+    test_support::WakeSpuriously(manager);
     ASSERT_TRUE(timeline.WaitFor("day", 1, kPatience));
     // The wake counts for nothing: neither as a tick, nor do the hours before it.
     EXPECT_EQ(Ticks(3), (Texts{"", "twelve", "twelve day"}));
@@ -146,15 +147,15 @@ TEST_F(TimerLoop, RunsNothingAndBeginsAFullTickAfterASpuriousWake) {
 TEST_F(TimerLoop, HoldsItsLockWhileCallbacksRun) {
     std::atomic<int> timesFree{0};
     const auto tryLock = [&] {
-        std::thread([&] { timesFree += test_support::IsWaitLockFree(*manager) ? 1 : 0; }).join();
+        std::thread([&] { timesFree += test_support::IsWaitLockFree(manager) ? 1 : 0; }).join();
         timeline.Note("tried");
     };
-    manager->RegisterReportCallback(tryLock, 1);
-    manager->RegisterReportCallback(tryLock, 1);
+    manager.RegisterReportCallback(tryLock, 1);
+    manager.RegisterReportCallback(tryLock, 1);
     RunUntil("tried", 4);
-    manager->Stop();
+    manager.Stop();
     EXPECT_EQ(timesFree, 0);
-    EXPECT_TRUE(test_support::IsWaitLockFree(*manager));
+    EXPECT_TRUE(test_support::IsWaitLockFree(manager));
 }
 
 }  // namespace

@@ -3,8 +3,11 @@
 #include <windows.h>
 
 #include <atomic>
+#include <functional>
+#include <utility>
 
 #include "accelerated/running_loop.h"
+#include "simulation/import_redirection.h"
 
 namespace {
 
@@ -15,21 +18,21 @@ protected:
     /// For the loop's thread: waits until Stop has begun on another.
     bool StopComes() const {
         const Clock::time_point limit = Clock::now() + kPatience;
-        while (test_support::IsRunning(*manager) && Clock::now() < limit) {
+        while (test_support::IsRunning(manager) && Clock::now() < limit) {
             Sleep(60 * 1000);
         }
-        return !test_support::IsRunning(*manager);
+        return !test_support::IsRunning(manager);
     }
 };
 
 TEST_F(TimerLoopStop, EndsAWaitAndRunsNothing) {
     Register("day", 24);
     timeline.Clear();
-    manager->Start();
+    manager.Start();
     ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
     Sleep(2 * 3600 * 1000);
     const Clock::time_point stop = Clock::now();
-    manager->Stop();
+    manager.Stop();
     EXPECT_LT(Clock::now() - stop, hours(12));
     EXPECT_EQ(timeline.Texts(), Texts{kLoopLine});
 }
@@ -43,9 +46,39 @@ TEST_F(TimerLoopStop, BeforeTheWaitIsSeenAfterItAndWhatIsDueRunsOnceMore) {
         timeline.Note("stopping");
         Sleep(3 * 3600 * 1000);
     };
-    manager->Start();
+    manager.Start();
     ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
-    manager->Stop();
+    manager.Stop();
+    EXPECT_EQ(timeline.Texts(), (Texts{kLoopLine, "stopping", "hour"}));
+}
+
+decltype(::QueryPerformanceCounter)* realQueryPerformanceCounter = nullptr;
+std::function<void()> onClockOfTheLoop;
+
+/// The steady clock, which the loop asks between looking for a Stop and waiting.
+BOOL WINAPI WatchedQueryPerformanceCounter(LARGE_INTEGER* counter) {
+    static const DWORD testThread = GetCurrentThreadId();
+    if (GetCurrentThreadId() != testThread && onClockOfTheLoop) {
+        std::exchange(onClockOfTheLoop, nullptr)();
+    }
+    return realQueryPerformanceCounter(counter);
+}
+
+TEST_F(TimerLoopStop, RightBeforeTheWaitIsSeenAfterItAndWhatIsDueRunsOnceMore) {
+    simulation::ImportRedirection imports(GetModuleHandleW(nullptr));
+    realQueryPerformanceCounter = imports.Redirect<decltype(::QueryPerformanceCounter)>(
+        "QueryPerformanceCounter", WatchedQueryPerformanceCounter);
+    std::chrono::steady_clock::now();  // Tells it which thread is the test's.
+    Register("hour", 1);
+    timeline.Clear();
+    onClockOfTheLoop = [this] {
+        EXPECT_TRUE(StopComes());
+        timeline.Note("stopping");
+        Sleep(3 * 3600 * 1000);
+    };
+    manager.Start();
+    ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
+    manager.Stop();
     EXPECT_EQ(timeline.Texts(), (Texts{kLoopLine, "stopping", "hour"}));
 }
 
@@ -56,10 +89,10 @@ TEST_F(TimerLoopStop, DuringACallbackTakesEffectAtOnceAndLetsTheTickFinish) {
         stopCame = StopComes();
         timeline.Note("ends");
     };
-    manager->RegisterReportCallback(waiting, 1);
+    manager.RegisterReportCallback(waiting, 1);
     Register("the other", 1);
     RunUntil("begins", 1);
-    manager->Stop();
+    manager.Stop();
     EXPECT_TRUE(stopCame);
     EXPECT_EQ(timeline.Texts(), (Texts{kLoopLine, "begins", "ends", "the other"}));
 }

@@ -44,7 +44,7 @@ inline void WakeSpuriously(TimerReportMgr& manager) {
 }
 
 /// False from the first moment of Stop on.
-inline bool IsRunning(TimerReportMgr& manager) { return manager.*Address(RunningFlag{}); }
+inline bool IsRunning(const TimerReportMgr& manager) { return manager.*Address(RunningFlag{}); }
 
 /// Whether nobody holds the lock of the loop's wait. Not for a thread that may hold it itself.
 inline bool IsWaitLockFree(TimerReportMgr& manager) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "simulation/import_redirection.h"
 #include "standins/edition_adapt/edition_adapt_control.h"
 #include "support/loop_wait_probe.h"
 #include "support/monitor_window.h"
@@ -70,24 +71,45 @@ void ExitAfterStop() {
     session.plugin->Stop();
 }
 
-/// Long enough for a thread whose code is gone to notice.
-void StayAlive() {
-    Sleep(300);
-    Tell("alive");
+void TellWhetherMapped() {
+    Tell(test_support::IsLoaded(L"TallyportPlugin.dll") ? "mapped" : "gone");
 }
 
 void UnloadWithoutStop() {
     Session& session = NewSession();
     session.Start();
     session.Unload();
-    StayAlive();
+    TellWhetherMapped();
 }
 
 void UnloadWithDevicesWithoutStop() {
     Session& session = NewSession();
     session.StartWithDevices();
     session.Unload();
-    StayAlive();
+    TellWhetherMapped();
+    Tell(test_support::MonitorHandlesMessages() ? "still monitoring" : "there is no monitor");
+}
+
+HANDLE mayRegister = nullptr;
+
+ATOM WINAPI HeldRegisterClass(const WNDCLASSW* windowClass) {
+    WaitForSingleObject(mayRegister, INFINITE);
+    return RegisterClassW(windowClass);
+}
+
+void StopBeforeTheMonitorHasItsWindow() {
+    Session& session = NewSession();
+    mayRegister = CreateEventW(nullptr, /*bManualReset=*/TRUE, FALSE, nullptr);
+    // Never put back, as the session.
+    auto* const imports = new simulation::ImportRedirection(session.module.Handle());
+    imports->Redirect<decltype(::RegisterClassW)>("RegisterClassW", HeldRegisterClass);
+    EditionAdapt_SetFeature("ReportDeviceList", 3);
+    session.Start();
+    session.plugin->Stop();
+    SetEvent(mayRegister);
+    Tell(test_support::MonitorHandlesMessages() ? "monitoring" : "there is no monitor");
+    session.Unload();
+    TellWhetherMapped();
 }
 
 /// The monitor thread is still closing its window when the host lets go of the library.
@@ -100,9 +122,8 @@ void UnloadRightAfterStopWithDevices() {
         for (int i = 0; i < 1000 && test_support::IsLoaded(L"TallyportPlugin.dll"); ++i) {
             Sleep(10);
         }
-        Tell(test_support::IsLoaded(L"TallyportPlugin.dll") ? "still mapped" : "unloaded");
+        TellWhetherMapped();
     }
-    StayAlive();
 }
 
 void SecondStart() {
@@ -120,6 +141,7 @@ const std::map<std::string, void (*)()> scenarios{
     {"unload-without-stop", &UnloadWithoutStop},
     {"unload-with-devices-without-stop", &UnloadWithDevicesWithoutStop},
     {"unload-right-after-stop-with-devices", &UnloadRightAfterStopWithDevices},
+    {"stop-before-the-window", &StopBeforeTheMonitorHasItsWindow},
     {"second-start", &SecondStart},
 };
 

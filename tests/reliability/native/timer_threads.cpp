@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <sstream>
 #include <thread>
 #include <vector>
@@ -26,29 +25,29 @@ std::atomic<unsigned> lines{0};
 
 /// One manager from registration to Stop. False when a callback ran at the wrong hours.
 bool Live(unsigned round) {
-    const auto manager = std::make_shared<TimerReportMgr>();
+    TimerReportMgr manager;
     // The loop's thread alone touches them until Stop has joined it.
     unsigned everyHour = 0;
     unsigned everyThirdHour = 0;
     bool inTime = true;
     std::atomic<unsigned> seen{0};
-    manager->RegisterReportCallback(
+    manager.RegisterReportCallback(
         [&] {
             ++everyHour;
             ++seen;
         },
         1);
-    manager->RegisterReportCallback(
+    manager.RegisterReportCallback(
         [&] {
             ++everyThirdHour;
             inTime = inTime && everyHour == 3 * everyThirdHour;
         },
         3);
-    std::thread([&] { manager->Start(); }).join();
+    std::thread([&] { manager.Start(); }).join();
     while (seen < round % 7) {
         std::this_thread::yield();
     }
-    std::thread([&] { manager->Stop(); }).join();
+    std::thread([&] { manager.Stop(); }).join();
     return inTime && everyThirdHour == everyHour / 3;
 }
 

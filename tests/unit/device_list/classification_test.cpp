@@ -83,7 +83,7 @@ TEST_F(Classification, CopiesWholeRecordsAndLeavesTheMapAlone) {
     device.description = L"the description";
     map.Add(device);
     std::vector<DeviceInfo> hid, bluetooth, other;
-    DeviceReporter::ClassifyDevices(*map.reporter, hid, bluetooth, other);
+    DeviceReporter::ClassifyDevices(map.reporter, hid, bluetooth, other);
     ASSERT_EQ(other.size(), 1u);
     const auto fields = [](const DeviceInfo& info) {
         return std::tie(info.isRemovable, info.instanceId, info.parent, info.name,
@@ -91,11 +91,11 @@ TEST_F(Classification, CopiesWholeRecordsAndLeavesTheMapAlone) {
                         info.containerId);
     };
     EXPECT_EQ(fields(other[0]), fields(device));
-    EXPECT_EQ(map.reporter->devices.size(), 2u);
+    EXPECT_EQ(map.reporter.devices.size(), 2u);
 }
 
 TEST_F(Classification, OfAnEmptyMapGivesEmptyLists) {
-    map.reporter->devices.clear();
+    map.reporter.devices.clear();
     EXPECT_EQ(map.Classify(), Classified{});
 }
 

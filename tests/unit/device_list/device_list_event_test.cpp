@@ -51,7 +51,7 @@ TEST_F(DeviceListEvent, LeavesOutTheKeysOfEmptyLists) {
 }
 
 TEST_F(DeviceListEvent, CarriesOnlyPrintersAndDisplaysWithoutARemovableDevice) {
-    reporter->devices.clear();
+    reporter.devices.clear();
     Add(L"USB\\1", RecordWithTexts(L"m", L"d", L"n"));
     Add(L"HID\\1", RecordWithTexts(L"m", L"d", L"n"));
     AddPrinter(L"Office Printer 5");
@@ -74,7 +74,7 @@ TEST_F(DeviceListEvent, IsSentForAnyOneListAlone) {
           std::pair(L"USB\\1", "DeviceList")}) {
         Add(id, RecordWithTexts(L"m", L"d", L"n"));
         expectAlone(key);
-        reporter->devices.erase(id);
+        reporter.devices.erase(id);
     }
     AddPrinter(L"Office Printer 5");
     expectAlone("PrinterList");
@@ -162,12 +162,12 @@ TEST_F(DeviceListEvent, AsksPrintersBeforeDisplaysAndEverythingBeforeItIsSent) {
 
 TEST_F(DeviceListEvent, LeavesTheReporterAsItIs) {
     Add(L"USB\\1", RecordWithTexts(L"m", L"d", L"n"));
-    reporter->reportCount = 4;
-    reporter->lastReportTime = 17;
+    reporter.reportCount = 4;
+    reporter.lastReportTime = 17;
     Sent();
-    EXPECT_EQ(reporter->devices.size(), 2u);
-    EXPECT_EQ(reporter->reportCount, 4);
-    EXPECT_EQ(reporter->lastReportTime, 17);
+    EXPECT_EQ(reporter.devices.size(), 2u);
+    EXPECT_EQ(reporter.reportCount, 4);
+    EXPECT_EQ(reporter.lastReportTime, 17);
 }
 
 }  // namespace

@@ -30,13 +30,13 @@ DeviceListTest::~DeviceListTest() {
 
 void DeviceListTest::AddRemovable() {
     const DeviceReporter::DeviceInfo device = RemovableDevice();
-    reporter->devices[device.instanceId] = device;
+    reporter.devices[device.instanceId] = device;
 }
 
 void DeviceListTest::Add(const std::wstring& instanceId, DeviceReporter::DeviceInfo device) {
     device.instanceId = instanceId;
     device.containerId = kSharedContainer;
-    reporter->devices[instanceId] = device;
+    reporter.devices[instanceId] = device;
 }
 
 void DeviceListTest::AddAll(const std::wstring& prefix,
@@ -68,7 +68,7 @@ void DeviceListTest::AddDisplay(const std::wstring& monitorId, const std::wstrin
 
 std::vector<test_support::Event> DeviceListTest::Sent() {
     const std::size_t before = suite.events.All().size();
-    DeviceReporter::SendDeviceList(*reporter);
+    DeviceReporter::SendDeviceList(reporter);
     const std::vector<test_support::Event> all = suite.events.All();
     return {all.begin() + static_cast<std::ptrdiff_t>(before), all.end()};
 }

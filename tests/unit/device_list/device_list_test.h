@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -49,8 +48,7 @@ protected:
 
     test_support::RecordedSuite suite;
     simulation::SimulatedMachine machine{GetModuleHandleW(nullptr), simulation::Machine{}};
-    const std::shared_ptr<DeviceReporter::ReportDeviceInfo> reporter =
-        std::make_shared<DeviceReporter::ReportDeviceInfo>();
+    DeviceReporter::ReportDeviceInfo reporter;
 };
 
 }  // namespace device_list_test

@@ -1,7 +1,6 @@
 // Reporters with devices to classify.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -47,17 +46,16 @@ inline bool operator==(const Classified& left, const Classified& right) {
 class DeviceMapOfTest {
 public:
     void Add(const DeviceReporter::DeviceInfo& device) {
-        reporter->devices[device.instanceId] = device;
+        reporter.devices[device.instanceId] = device;
     }
 
     Classified Classify() const {
         std::vector<DeviceReporter::DeviceInfo> lists[3];
-        DeviceReporter::ClassifyDevices(*reporter, lists[0], lists[1], lists[2]);
+        DeviceReporter::ClassifyDevices(reporter, lists[0], lists[1], lists[2]);
         return {IdsOf(lists[0]), IdsOf(lists[1]), IdsOf(lists[2])};
     }
 
-    const std::shared_ptr<DeviceReporter::ReportDeviceInfo> reporter =
-        std::make_shared<DeviceReporter::ReportDeviceInfo>();
+    DeviceReporter::ReportDeviceInfo reporter;
 
 private:
     static std::vector<std::wstring> IdsOf(const std::vector<DeviceReporter::DeviceInfo>& list) {

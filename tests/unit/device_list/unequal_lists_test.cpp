@@ -66,7 +66,7 @@ TEST_F(UnequalLists, OfEveryCombinationGoOutSideBySide) {
     for (const std::size_t hidCost : kCosts) {
         for (const std::size_t bluetoothCost : kCosts) {
             for (const std::size_t otherCost : kCosts) {
-                reporter->devices.clear();
+                reporter.devices.clear();
                 AddRemovable();
                 const std::vector<KeyedChunks> lists{
                     {"HIDList", AddList(L"HID\\", hidCost, true)},

@@ -22,33 +22,33 @@ protected:
 
     bool Reports() {
         const std::size_t before = Timeline().Count(kListLine);
-        reporter->DoReportDevices();
+        reporter.DoReportDevices();
         return Timeline().Count(kListLine) > before;
     }
 };
 
 TEST_F(DailyLimit, HoldsOneTickBefore24Hours) {
-    reporter->lastReportTime = Now() - kDay + kTick;
+    reporter.lastReportTime = Now() - kDay + kTick;
     EXPECT_FALSE(Reports());
 }
 
 TEST_F(DailyLimit, HoldsOneNanosecondBefore24Hours) {
-    reporter->lastReportTime = Now() - kDay + 1;
+    reporter.lastReportTime = Now() - kDay + 1;
     EXPECT_FALSE(Reports());
 }
 
 TEST_F(DailyLimit, IsOverAfterExactly24Hours) {
-    reporter->lastReportTime = Now() - kDay;
+    reporter.lastReportTime = Now() - kDay;
     EXPECT_TRUE(Reports());
 }
 
 TEST_F(DailyLimit, IsOverOneTickAfter24Hours) {
-    reporter->lastReportTime = Now() - kDay - kTick;
+    reporter.lastReportTime = Now() - kDay - kTick;
     EXPECT_TRUE(Reports());
 }
 
 TEST_F(DailyLimit, HoldsWhenTheClockRunsUpToIt) {
-    reporter->lastReportTime = Now();
+    reporter.lastReportTime = Now();
     World().clock.Advance(std::chrono::nanoseconds(kDay - kTick));
     EXPECT_FALSE(Reports());
     World().clock.Advance(std::chrono::nanoseconds(kTick));
@@ -57,7 +57,7 @@ TEST_F(DailyLimit, HoldsWhenTheClockRunsUpToIt) {
 
 TEST_F(DailyLimit, BeginsAnewWithEachReport) {
     EXPECT_TRUE(Reports());
-    EXPECT_EQ(reporter->lastReportTime, Now());
+    EXPECT_EQ(reporter.lastReportTime, Now());
     EXPECT_FALSE(Reports());
     World().clock.Advance(std::chrono::hours(23));
     EXPECT_FALSE(Reports());
@@ -84,36 +84,36 @@ TEST_F(DailyLimit, CountsFromTheMomentBetweenSendingAndWritingTheCount) {
         &World());
     const std::int64_t begin = Now();
     EXPECT_TRUE(Reports());
-    EXPECT_EQ(reporter->lastReportTime, begin + (7 + 11) * kSecond);
+    EXPECT_EQ(reporter.lastReportTime, begin + (7 + 11) * kSecond);
     EXPECT_EQ(Now(), begin + (7 + 11 + 13) * kSecond);
 }
 
 TEST_F(DailyLimit, ThatHoldsLeavesEverythingAlone) {
-    reporter->lastReportTime = Now() - kDay + kTick;
-    const std::int64_t before = reporter->lastReportTime;
-    reporter->DoReportDevices();
+    reporter.lastReportTime = Now() - kDay + kTick;
+    const std::int64_t before = reporter.lastReportTime;
+    reporter.DoReportDevices();
     EXPECT_TRUE(Timeline().Texts().empty());
     EXPECT_EQ(ConsentStore_AskCount(), 0u);
-    EXPECT_EQ(reporter->lastReportTime, before);
-    EXPECT_EQ(reporter->reportCount, 0);
-    EXPECT_EQ(reporter->devices.size(), 1u);
+    EXPECT_EQ(reporter.lastReportTime, before);
+    EXPECT_EQ(reporter.reportCount, 0);
+    EXPECT_EQ(reporter.devices.size(), 1u);
     EXPECT_EQ(Journal().Count("EnumPrintersW"), 0u);
 }
 
 TEST_F(DailyLimit, HoldsForAnExhaustedReporterToo) {
-    reporter->reportCount = 10;
-    reporter->lastReportTime = Now() - kDay + kTick;
-    reporter->DoReportDevices();
+    reporter.reportCount = 10;
+    reporter.lastReportTime = Now() - kDay + kTick;
+    reporter.DoReportDevices();
     EXPECT_TRUE(Timeline().Texts().empty());
 }
 
 TEST_F(DailyLimit, HoldsForAReportOfTheFuture) {
-    reporter->lastReportTime = Now() + 10 * kDay;
+    reporter.lastReportTime = Now() + 10 * kDay;
     EXPECT_FALSE(Reports());
 }
 
 TEST_F(DailyLimit, IsNotBoundToTheWallClock) {
-    reporter->lastReportTime = Now() - kDay + kTick;
+    reporter.lastReportTime = Now() - kDay + kTick;
     World().clock.SetUnixSeconds(2'000'000'000);
     EXPECT_FALSE(Reports());
     World().clock.SetUnixSeconds(2'100'000'000);

@@ -64,8 +64,8 @@ TEST_F(DeviceChange, OfAnArrivalAddsTheDevicesOfThatInterfaceClass) {
     World().Plug(DeviceWith(L"usb\\vid_1\\new", simulation::kUsbDeviceInterface));
     World().Plug(DeviceWith(L"OTHER\\1", simulation::kDiskInterface));
     Notify(kArrival, InterfaceHeader(simulation::kUsbDeviceInterface));
-    EXPECT_EQ(reporter->devices.size(), 1u);
-    EXPECT_EQ(reporter->devices.count(L"USB\\VID_1\\NEW"), 1u);
+    EXPECT_EQ(reporter.devices.size(), 1u);
+    EXPECT_EQ(reporter.devices.count(L"USB\\VID_1\\NEW"), 1u);
     const auto fills = Journal().Calls("SetupDiGetClassDevsW");
     ASSERT_EQ(fills.size(), 1u);
     EXPECT_EQ(fills[0]["classGuid"], "{A5DCBF10-6530-11D2-901F-00C04FB951ED}");
@@ -98,7 +98,7 @@ TEST_F(DeviceChange, OfARemovalKeepsTheDevice) {
     Journal().Clear();
     Notify(kRemoval, InterfaceHeader(simulation::kUsbDeviceInterface));
     ExpectNothingHappened();
-    EXPECT_EQ(reporter->devices.count(L"USB\\1"), 1u);
+    EXPECT_EQ(reporter.devices.count(L"USB\\1"), 1u);
 }
 
 TEST_F(DeviceChange, WithoutHeaderIsLoggedForArrivalAndRemoval) {
@@ -134,7 +134,7 @@ TEST_F(DeviceChange, NeverSendsAReport) {
     Notify(kRemoval, InterfaceHeader(simulation::kUsbDeviceInterface));
     EXPECT_EQ(ConsentStore_AskCount(), 0u);
     EXPECT_TRUE(Timeline().Texts().empty());
-    EXPECT_EQ(reporter->reportCount, 0);
+    EXPECT_EQ(reporter.reportCount, 0);
 }
 
 TEST_F(DeviceChange, OfAnArrivalKeepsTheFirstRecordOfAKnownDevice) {
@@ -148,7 +148,7 @@ TEST_F(DeviceChange, OfAnArrivalKeepsTheFirstRecordOfAKnownDevice) {
         simulation::DeviceProperty::String(simulation::kDeviceDescKey, L"second");
     World().Plug(device);
     Notify(kArrival, InterfaceHeader(simulation::kUsbDeviceInterface));
-    EXPECT_EQ(reporter->devices.at(L"USB\\1").description, L"first");
+    EXPECT_EQ(reporter.devices.at(L"USB\\1").description, L"first");
 }
 
 }  // namespace

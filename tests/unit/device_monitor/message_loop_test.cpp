@@ -36,11 +36,11 @@ protected:
 TEST_F(MessageLoop, TranslatesAndDispatchesEachMessage) {
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
-    ASSERT_TRUE(PostMessageW(reporter->msgWindow, WM_APP + 5, 6, 7));
+    ASSERT_TRUE(PostMessageW(reporter.msgWindow, WM_APP + 5, 6, 7));
     ASSERT_TRUE(ComesTrue([this] { return Journal().Count("GetMessageW") > 1; }));
     monitor.Close();
     const auto isPosted = [this](const MSG& message) {
-        return message.hwnd == reporter->msgWindow && message.message == WM_APP + 5 &&
+        return message.hwnd == reporter.msgWindow && message.message == WM_APP + 5 &&
                message.wParam == 6 && message.lParam == 7;
     };
     EXPECT_EQ(std::count_if(watched.translated.begin(), watched.translated.end(), isPosted), 1);
@@ -51,7 +51,7 @@ TEST_F(MessageLoop, GoesOnAfterAnErrorWithAMessageThatIsAllZero) {
     World().faults.FailCall("GetMessageW", 1, ERROR_INVALID_WINDOW_HANDLE);
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(ComesTrue([this] { return Journal().Count("GetMessageW") > 1; }));
-    EXPECT_TRUE(IsWindow(reporter->msgWindow));
+    EXPECT_TRUE(IsWindow(reporter.msgWindow));
     monitor.Close();
     ASSERT_FALSE(watched.translated.empty());
     EXPECT_TRUE(IsAllZero(watched.translated.front()));
@@ -98,11 +98,11 @@ TEST_F(MessageLoop, LeavesNoWindowAndClassBehindWhenItIsToldToQuit) {
             ASSERT_TRUE(PostThreadMessageW(monitor.ThreadId(), WM_QUIT, 0, 0));
         }
         ASSERT_TRUE(monitor.Ends());
-        EXPECT_FALSE(IsWindow(reporter->msgWindow));
+        EXPECT_FALSE(IsWindow(reporter.msgWindow));
         WNDCLASSW windowClass{};
         EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), L"DeviceMonitorWnd", &windowClass));
-        EXPECT_EQ(reporter->devNotify, nullptr);
-        EXPECT_TRUE(reporter->devices.empty());
+        EXPECT_EQ(reporter.devNotify, nullptr);
+        EXPECT_TRUE(reporter.devices.empty());
         EXPECT_TRUE(World().ledger.Balanced()) << World().ledger;
     }
 }

@@ -35,7 +35,7 @@ TEST_F(MonitorFailure, OfTheClassEndsTheThreadWithItsLine) {
     EXPECT_EQ(Journal().Count("UnregisterClassW"), 0u);
     EXPECT_EQ(Journal().Count("SetupDiGetClassDevsW"), 0u);
     EXPECT_EQ(Journal().Count("GetMessageW"), 0u);
-    EXPECT_EQ(reporter->msgWindow, nullptr);
+    EXPECT_EQ(reporter.msgWindow, nullptr);
 }
 
 TEST_F(MonitorFailure, OfTheClassLeavesAForeignClassOfThatNameAlone) {
@@ -58,15 +58,15 @@ TEST_F(MonitorFailure, OfTheWindowUnregistersTheClassAndEndsTheThreadWithItsLine
     EXPECT_EQ(Journal().Count("UnregisterClassW"), 1u);
     EXPECT_EQ(Journal().Count("SetupDiGetClassDevsW"), 0u);
     EXPECT_EQ(Journal().Count("GetMessageW"), 0u);
-    EXPECT_EQ(reporter->msgWindow, nullptr);
+    EXPECT_EQ(reporter.msgWindow, nullptr);
 }
 
 TEST_F(MonitorFailure, OfTheNotificationIsSilentAndNothingIsUnregistered) {
     World().faults.FailCall("RegisterDeviceNotificationW", 1, ERROR_INVALID_DATA);
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
-    EXPECT_TRUE(IsWindow(reporter->msgWindow));
-    EXPECT_EQ(reporter->devNotify, nullptr);
+    EXPECT_TRUE(IsWindow(reporter.msgWindow));
+    EXPECT_EQ(reporter.devNotify, nullptr);
     monitor.Close();
     EXPECT_EQ(Journal().Count("RegisterDeviceNotificationW"), 1u);
     EXPECT_EQ(Journal().Count("UnregisterDeviceNotification"), 0u);
@@ -81,16 +81,16 @@ TEST_F(MonitorFailure, OfTheEnumerationsDoesNotEndTheThread) {
                                          "5(DeviceReporter::AddDeviceInterfaceToMap)",
                                          "log 3 fail to get class devs, lastError = "
                                          "5(DeviceReporter::AddAllDevicesToMap)"}));
-    EXPECT_TRUE(IsWindow(reporter->msgWindow));
+    EXPECT_TRUE(IsWindow(reporter.msgWindow));
 }
 
 TEST_F(MonitorFailure, OfUnregisteringTheNotificationForgetsItAllTheSame) {
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
     World().faults.FailCall("UnregisterDeviceNotification", 1, ERROR_INVALID_HANDLE);
-    const HDEVNOTIFY notification = reporter->devNotify;
+    const HDEVNOTIFY notification = reporter.devNotify;
     monitor.Close();
-    EXPECT_EQ(reporter->devNotify, nullptr);
+    EXPECT_EQ(reporter.devNotify, nullptr);
     EXPECT_TRUE(Timeline().Texts().empty());
     UnregisterDeviceNotification(notification);  // As the failure was only played.
 }
@@ -109,11 +109,11 @@ TEST_F(MonitorFailure, OfPostingIsSilent) {
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
     World().faults.FailCall("PostMessageW", 1, ERROR_NOT_ENOUGH_QUOTA);
-    reporter->ReportDevices();
+    reporter.ReportDevices();
     World().faults.FailCall("PostMessageW", 1, ERROR_NOT_ENOUGH_QUOTA);
-    reporter->StopMonitorDevices();
+    reporter.StopMonitorDevices();
     EXPECT_TRUE(Timeline().Texts().empty());
-    EXPECT_TRUE(IsWindow(reporter->msgWindow));
+    EXPECT_TRUE(IsWindow(reporter.msgWindow));
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ bool ComesTrue(const std::function<bool()>& condition) {
 MonitorTest::MonitorTest() : machine(GetModuleHandleW(nullptr), MachineOfTests()) {
     EditionAdapt_SetFeature("ReportDeviceList", 3);
     SetConsent({"1"});
-    reporter->lastReportTime = Now();
+    reporter.lastReportTime = Now();
 }
 
 MonitorTest::~MonitorTest() {
@@ -61,9 +61,9 @@ void MonitorTest::SetConsent(const std::vector<const char*>& answers) {
 
 void MonitorTest::MakeDue(std::int32_t reportCount) {
     const DeviceReporter::DeviceInfo device = ListedDevice();
-    reporter->devices[device.instanceId] = device;
-    reporter->reportCount = reportCount;
-    reporter->lastReportTime = Now() - kDay;
+    reporter.devices[device.instanceId] = device;
+    reporter.reportCount = reportCount;
+    reporter.lastReportTime = Now() - kDay;
 }
 
 }  // namespace device_monitor_test

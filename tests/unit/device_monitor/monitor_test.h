@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -60,8 +59,7 @@ protected:
 
     test_support::RecordedSuite suite;
     simulation::SimulatedMachine machine;
-    const std::shared_ptr<DeviceReporter::ReportDeviceInfo> reporter =
-        std::make_shared<DeviceReporter::ReportDeviceInfo>();
+    DeviceReporter::ReportDeviceInfo reporter;
 };
 
 }  // namespace device_monitor_test

@@ -114,8 +114,8 @@ TEST_F(MonitorThread, CreatesAMessageOnlyWindowForTheReporter) {
                          {"parent", "HWND_MESSAGE"},
                          {"menu", "null"},
                          {"instance", hostModule},
-                         {"parameter", CallText(static_cast<const void*>(reporter.get()))}}));
-    EXPECT_EQ(call.result, CallText(static_cast<const void*>(reporter->msgWindow.load())));
+                         {"parameter", CallText(static_cast<const void*>(&reporter))}}));
+    EXPECT_EQ(call.result, CallText(static_cast<const void*>(reporter.msgWindow.load())));
 }
 
 TEST_F(MonitorThread, UnregistersItsClassForTheSameInstance) {
@@ -161,10 +161,10 @@ TEST_F(MonitorThread, PutsTheMachinesDevicesIntoTheReportersMap) {
     });
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
-    EXPECT_EQ(reporter->devices.size(), 2u);
-    EXPECT_EQ(reporter->devices.count(L"USB\\VID_1\\1"), 1u);
+    EXPECT_EQ(reporter.devices.size(), 2u);
+    EXPECT_EQ(reporter.devices.count(L"USB\\VID_1\\1"), 1u);
     monitor.Close();
-    EXPECT_TRUE(reporter->devices.empty());
+    EXPECT_TRUE(reporter.devices.empty());
 }
 
 TEST_F(MonitorThread, WaitsForMessagesOfEveryKindAndWindow) {
@@ -183,11 +183,11 @@ TEST_F(MonitorThread, MayRunAgainAfterItsEnd) {
         Journal().Clear();
         RunningMonitor monitor(World(), reporter);
         ASSERT_TRUE(monitor.WaitsForMessages());
-        EXPECT_TRUE(IsWindow(reporter->msgWindow));
-        EXPECT_NE(reporter->devNotify, nullptr);
+        EXPECT_TRUE(IsWindow(reporter.msgWindow));
+        EXPECT_NE(reporter.devNotify, nullptr);
         monitor.Close();
-        EXPECT_FALSE(IsWindow(reporter->msgWindow));
-        EXPECT_EQ(reporter->devNotify, nullptr);
+        EXPECT_FALSE(IsWindow(reporter.msgWindow));
+        EXPECT_EQ(reporter.devNotify, nullptr);
     }
 }
 

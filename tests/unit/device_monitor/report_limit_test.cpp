@@ -22,7 +22,7 @@ protected:
     Texts ReportWithCount(std::int32_t reportCount) {
         MakeDue(reportCount);
         Timeline().Clear();
-        reporter->DoReportDevices();
+        reporter.DoReportDevices();
         return Timeline().Texts();
     }
 };
@@ -30,29 +30,29 @@ protected:
 TEST_F(ReportLimit, LetsAListGoOutAndThenCountsIt) {
     const Texts expected{kListLine, kNoPrintersLine, kNoDisplaysLine, kListEvent, WriteCount(1)};
     EXPECT_EQ(ReportWithCount(0), expected);
-    EXPECT_EQ(reporter->reportCount, 1);
+    EXPECT_EQ(reporter.reportCount, 1);
     EXPECT_EQ(suite.registry.Value(kCountValue), 1);
 }
 
 TEST_F(ReportLimit, LeavesTheMonitorOpenAfterTheNinthList) {
     const Texts expected{kListLine, kNoPrintersLine, kNoDisplaysLine, kListEvent, WriteCount(9)};
     EXPECT_EQ(ReportWithCount(8), expected);
-    EXPECT_EQ(reporter->reportCount, 9);
+    EXPECT_EQ(reporter.reportCount, 9);
 }
 
 TEST_F(ReportLimit, ClosesTheMonitorAfterTheTenthList) {
     const Texts expected{kListLine,  kNoPrintersLine, kNoDisplaysLine,
                          kListEvent, WriteCount(10),  kStopWithoutWindow};
     EXPECT_EQ(ReportWithCount(9), expected);
-    EXPECT_EQ(reporter->reportCount, 10);
+    EXPECT_EQ(reporter.reportCount, 10);
     EXPECT_EQ(suite.registry.Value(kCountValue), 10);
 }
 
 TEST_F(ReportLimit, OnlyClosesTheMonitorOfAnExhaustedReporter) {
     for (const std::int32_t count : {10, 11, INT32_MAX}) {
         EXPECT_EQ(ReportWithCount(count), Texts{kStopWithoutWindow});
-        EXPECT_EQ(reporter->reportCount, count);
-        EXPECT_EQ(reporter->lastReportTime, Now() - kDay);
+        EXPECT_EQ(reporter.reportCount, count);
+        EXPECT_EQ(reporter.lastReportTime, Now() - kDay);
     }
     EXPECT_FALSE(suite.registry.Value(kCountValue).has_value());
 }
@@ -65,12 +65,12 @@ TEST_F(ReportLimit, CountsOnFromNegativeNumbers) {
 
 TEST_F(ReportLimit, CountsAListThatIsEmptyAndSendsNoEvent) {
     MakeDue(3);
-    reporter->devices.clear();
-    reporter->DoReportDevices();
+    reporter.devices.clear();
+    reporter.DoReportDevices();
     EXPECT_EQ(Timeline().Texts(),
               (Texts{kListLine, kNoPrintersLine, kNoDisplaysLine, WriteCount(4)}));
-    EXPECT_EQ(reporter->reportCount, 4);
-    EXPECT_EQ(reporter->lastReportTime, Now());
+    EXPECT_EQ(reporter.reportCount, 4);
+    EXPECT_EQ(reporter.lastReportTime, Now());
 }
 
 TEST_F(ReportLimit, KeepsTheCountWhenItCannotBeWritten) {
@@ -79,8 +79,8 @@ TEST_F(ReportLimit, KeepsTheCountWhenItCannotBeWritten) {
     const Texts expected{kListLine,  kNoPrintersLine, kNoDisplaysLine,
                          kListEvent, WriteCount(4),   kWriteFailedLine};
     EXPECT_EQ(ReportWithCount(3), expected);
-    EXPECT_EQ(reporter->reportCount, 4);
-    EXPECT_EQ(reporter->lastReportTime, Now());
+    EXPECT_EQ(reporter.reportCount, 4);
+    EXPECT_EQ(reporter.lastReportTime, Now());
     EXPECT_EQ(suite.registry.Value(kCountValue), 3);
 }
 
@@ -89,17 +89,17 @@ TEST_F(ReportLimit, ClosesTheMonitorAfterTheTenthListEvenIfItCannotBeWritten) {
     const Texts expected{kListLine,      kNoPrintersLine,  kNoDisplaysLine,   kListEvent,
                          WriteCount(10), kWriteFailedLine, kStopWithoutWindow};
     EXPECT_EQ(ReportWithCount(9), expected);
-    EXPECT_EQ(reporter->reportCount, 10);
+    EXPECT_EQ(reporter.reportCount, 10);
 }
 
 TEST_F(ReportLimit, LetsTenListsGoOutOfAFreshInstallation) {
     MakeDue(0);
     for (int day = 0; day < 20; ++day) {
-        reporter->DoReportDevices();
+        reporter.DoReportDevices();
         World().clock.Advance(std::chrono::hours(24));
     }
     EXPECT_EQ(Timeline().Count(kListEvent), 10u);
-    EXPECT_EQ(reporter->reportCount, 10);
+    EXPECT_EQ(reporter.reportCount, 10);
     EXPECT_EQ(suite.registry.Value(kCountValue), 10);
     // The tenth closes the monitor, and so does each later request.
     EXPECT_EQ(Timeline().Count(kStopWithoutWindow), 11u);

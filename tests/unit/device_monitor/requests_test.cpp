@@ -24,7 +24,7 @@ protected:
         const auto posts = Journal().Calls("PostMessageW");
         ASSERT_EQ(posts.size(), 1u);
         EXPECT_EQ(posts[0]["window"],
-                  simulation::CallText(static_cast<const void*>(reporter->msgWindow.load())));
+                  simulation::CallText(static_cast<const void*>(reporter.msgWindow.load())));
         EXPECT_EQ(posts[0]["message"], std::to_string(message));
         EXPECT_EQ(posts[0]["wParam"], "0");
         EXPECT_EQ(posts[0]["lParam"], "0");
@@ -32,8 +32,8 @@ protected:
 };
 
 TEST_F(MonitorRequest, BeforeThereIsAWindowOnlyLogs) {
-    reporter->ReportDevices();
-    reporter->StopMonitorDevices();
+    reporter.ReportDevices();
+    reporter.StopMonitorDevices();
     EXPECT_EQ(Timeline().Texts(), (Texts{kReportWithoutWindow, kStopWithoutWindow}));
     EXPECT_EQ(Journal().Count("PostMessageW"), 0u);
 }
@@ -41,7 +41,7 @@ TEST_F(MonitorRequest, BeforeThereIsAWindowOnlyLogs) {
 TEST_F(MonitorRequest, ToReportPostsThePrivateMessageAndReturns) {
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
-    reporter->ReportDevices();
+    reporter.ReportDevices();
     ExpectPosted(2025);
     EXPECT_TRUE(Timeline().Texts().empty());
 }
@@ -50,7 +50,7 @@ TEST_F(MonitorRequest, ToReportIsHandledOnTheMonitorsThread) {
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
     MakeDue(0);  // The monitor is waiting, so the reporter is not in use.
-    reporter->ReportDevices();
+    reporter.ReportDevices();
     ASSERT_TRUE(ComesTrue([this] { return Timeline().Count(WriteCount(1)) == 1; }));
     EXPECT_EQ(suite.events.All().at(0).threadId, monitor.ThreadId());
 }
@@ -58,7 +58,7 @@ TEST_F(MonitorRequest, ToReportIsHandledOnTheMonitorsThread) {
 TEST_F(MonitorRequest, ToCloseEndsTheMonitor) {
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
-    reporter->StopMonitorDevices();
+    reporter.StopMonitorDevices();
     ExpectPosted(WM_CLOSE);
     EXPECT_TRUE(monitor.Ends());
     EXPECT_EQ(Journal().Count("UnregisterClassW"), 1u);
@@ -68,12 +68,12 @@ TEST_F(MonitorRequest, ToCloseEndsTheMonitor) {
 TEST_F(MonitorRequest, AfterTheWindowIsGoneIsPostedToTheOldHandleWithoutALine) {
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
-    const HWND window = reporter->msgWindow;
+    const HWND window = reporter.msgWindow;
     monitor.Close();
-    EXPECT_EQ(reporter->msgWindow, window);
+    EXPECT_EQ(reporter.msgWindow, window);
     Journal().Clear();
-    reporter->ReportDevices();
-    reporter->StopMonitorDevices();
+    reporter.ReportDevices();
+    reporter.StopMonitorDevices();
     const auto posts = Journal().Calls("PostMessageW");
     ASSERT_EQ(posts.size(), 2u);
     EXPECT_EQ(posts[0]["window"], simulation::CallText(static_cast<const void*>(window)));
@@ -88,15 +88,15 @@ TEST_F(MonitorRequest, ToCloseDuringAReportLetsTheReportFinish) {
     MakeDue(0);
     suite.log.onLine = [this](const test_support::LogLine& line) {
         if (line.text.find(L"Peripheral list") == 0) {
-            reporter->StopMonitorDevices();
+            reporter.StopMonitorDevices();
         }
     };
-    reporter->ReportDevices();
+    reporter.ReportDevices();
     ASSERT_TRUE(monitor.Ends());
     EXPECT_EQ(Timeline().Count(kListEvent), 1u);
     EXPECT_EQ(Timeline().Count(WriteCount(1)), 1u);
-    EXPECT_EQ(reporter->reportCount, 1);
-    EXPECT_FALSE(IsWindow(reporter->msgWindow));
+    EXPECT_EQ(reporter.reportCount, 1);
+    EXPECT_FALSE(IsWindow(reporter.msgWindow));
 }
 
 TEST_F(MonitorRequest, ThatWaitsBehindACloseIsLost) {
@@ -106,10 +106,10 @@ TEST_F(MonitorRequest, ThatWaitsBehindACloseIsLost) {
     // Each request that is handled asks for the consent and logs its refusal.
     SetConsent({"0"});
     suite.log.onLine = [this](const test_support::LogLine&) {
-        reporter->StopMonitorDevices();
-        reporter->ReportDevices();
+        reporter.StopMonitorDevices();
+        reporter.ReportDevices();
     };
-    reporter->ReportDevices();
+    reporter.ReportDevices();
     ASSERT_TRUE(monitor.Ends());
     EXPECT_EQ(Timeline().TextsWith("log 3 IsAgreeClause = 0").size(), 1u);
     EXPECT_EQ(ConsentStore_AskCount(), 2u);
@@ -119,7 +119,7 @@ TEST_F(MonitorRequest, OfTheTenthReportClosesTheMonitor) {
     RunningMonitor monitor(World(), reporter);
     ASSERT_TRUE(monitor.WaitsForMessages());
     MakeDue(9);
-    reporter->ReportDevices();
+    reporter.ReportDevices();
     ASSERT_TRUE(monitor.Ends());
     EXPECT_EQ(suite.registry.Value(kCountValue), 10);
     EXPECT_EQ(Timeline().Count(kListEvent), 1u);
@@ -133,7 +133,7 @@ TEST_F(MonitorRequest, OfTheNinthReportKeepsTheMonitorOpen) {
     monitor.Send(kReportMessage);
     EXPECT_EQ(Timeline().Count(WriteCount(9)), 1u);
     EXPECT_EQ(Journal().Count("PostMessageW"), 0u);
-    EXPECT_TRUE(IsWindow(reporter->msgWindow));
+    EXPECT_TRUE(IsWindow(reporter.msgWindow));
 }
 
 }  // namespace

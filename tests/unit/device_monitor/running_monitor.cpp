@@ -1,16 +1,14 @@
 #include "unit/device_monitor/running_monitor.h"
 
-#include <utility>
-
 #include "unit/device_monitor/monitor_test.h"
 
 namespace device_monitor_test {
 
 RunningMonitor::RunningMonitor(simulation::World& worldOfTest,
-                               std::shared_ptr<DeviceReporter::ReportDeviceInfo> theReporter)
-    : world(worldOfTest), reporter(std::move(theReporter)), thread([this] {
+                               DeviceReporter::ReportDeviceInfo& theReporter)
+    : world(worldOfTest), reporter(theReporter), thread([this] {
           threadId = GetCurrentThreadId();
-          status = DeviceReporter::ReportDeviceInfo::MonitorThreadProc(reporter.get());
+          status = DeviceReporter::ReportDeviceInfo::MonitorThreadProc(&reporter);
           ended = true;
       }) {}
 
@@ -26,7 +24,7 @@ bool RunningMonitor::Ends() const {
 }
 
 LRESULT RunningMonitor::Send(UINT message, WPARAM wParam, LPARAM lParam) const {
-    return SendMessageW(reporter->msgWindow, message, wParam, lParam);
+    return SendMessageW(reporter.msgWindow, message, wParam, lParam);
 }
 
 void RunningMonitor::Close() {
@@ -35,7 +33,7 @@ void RunningMonitor::Close() {
     }
     // The test may have cleared the journal since the loop was seen.
     ComesTrue([this] { return reachedLoop || ended || world.journal.Count("GetMessageW") > 0; });
-    if (!ended && reporter->msgWindow != nullptr) {
+    if (!ended && reporter.msgWindow != nullptr) {
         Send(WM_CLOSE);
     } else if (!ended) {
         PostThreadMessageW(threadId, WM_QUIT, 0, 0);  // Only a monitor with a fault has no window.

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <atomic>
-#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,8 +17,7 @@ namespace device_monitor_test {
 /// thread that ends by itself.
 class RunningMonitor {
 public:
-    RunningMonitor(simulation::World& world,
-                   std::shared_ptr<DeviceReporter::ReportDeviceInfo> reporter);
+    RunningMonitor(simulation::World& world, DeviceReporter::ReportDeviceInfo& reporter);
     ~RunningMonitor();
     RunningMonitor(const RunningMonitor&) = delete;
     RunningMonitor& operator=(const RunningMonitor&) = delete;
@@ -40,7 +38,7 @@ public:
 
 private:
     simulation::World& world;
-    const std::shared_ptr<DeviceReporter::ReportDeviceInfo> reporter;
+    DeviceReporter::ReportDeviceInfo& reporter;
     bool reachedLoop = false;
     std::atomic<DWORD> threadId{0};
     std::atomic<bool> ended{false};

@@ -21,7 +21,7 @@ protected:
         ASSERT_EQ(windows.size(), 1u);
         const HANDLE thread = OpenThread(SYNCHRONIZE, FALSE, windows[0].threadId);
         ASSERT_NE(thread, nullptr);
-        reporter->StopMonitorDevices();
+        reporter.StopMonitorDevices();
         EXPECT_EQ(WaitForSingleObject(thread, 30'000), WAIT_OBJECT_0);
         CloseHandle(thread);
     }
@@ -32,34 +32,32 @@ protected:
 };
 
 TEST_F(StartedMonitor, HasAThreadWithDefaultSettingsAndTheReporterAsParameter) {
-    reporter->StartMonitorDevices();
+    reporter.StartMonitorDevices();
     ASSERT_TRUE(MonitorWaits());
     const auto calls = Journal().Calls("CreateThread");
     ASSERT_EQ(calls.size(), 1u);
     EXPECT_EQ(calls[0]["security"], "null");
     EXPECT_EQ(calls[0]["stackSize"], "0");
     EXPECT_NE(calls[0]["start"], "null");
-    EXPECT_EQ(calls[0]["parameter"],
-              simulation::CallText(static_cast<const void*>(reporter.get())));
+    EXPECT_EQ(calls[0]["parameter"], simulation::CallText(static_cast<const void*>(&reporter)));
     EXPECT_EQ(calls[0]["flags"], "0");
     EXPECT_EQ(calls[0]["threadId"], "null");
     EndThread();
 }
 
 TEST_F(StartedMonitor, RunsTheMonitorOnThatThread) {
-    reporter->StartMonitorDevices();
+    reporter.StartMonitorDevices();
     ASSERT_TRUE(MonitorWaits());
     const auto windows = Journal().Calls("CreateWindowExW");
     ASSERT_EQ(windows.size(), 1u);
     EXPECT_NE(windows[0].threadId, GetCurrentThreadId());
-    EXPECT_EQ(windows[0]["parameter"],
-              simulation::CallText(static_cast<const void*>(reporter.get())));
+    EXPECT_EQ(windows[0]["parameter"], simulation::CallText(static_cast<const void*>(&reporter)));
     EndThread();
     EXPECT_TRUE(Timeline().Texts().empty());
 }
 
 TEST_F(StartedMonitor, ClosesTheThreadsHandleAtOnce) {
-    reporter->StartMonitorDevices();
+    reporter.StartMonitorDevices();
     EXPECT_EQ(World().ledger.CountAcquired(ResourceKind::Thread), 1u);
     EXPECT_EQ(World().ledger.CountOpen(ResourceKind::Thread), 0u);
     ASSERT_TRUE(MonitorWaits());
@@ -67,7 +65,7 @@ TEST_F(StartedMonitor, ClosesTheThreadsHandleAtOnce) {
 }
 
 TEST_F(StartedMonitor, GivesEverythingBackAtItsEnd) {
-    reporter->StartMonitorDevices();
+    reporter.StartMonitorDevices();
     ASSERT_TRUE(MonitorWaits());
     EndThread();
     EXPECT_TRUE(World().ledger.Balanced()) << World().ledger;
@@ -75,7 +73,7 @@ TEST_F(StartedMonitor, GivesEverythingBackAtItsEnd) {
 
 TEST_F(StartedMonitor, ThatGetsNoThreadLogsTheErrorNumber) {
     World().faults.FailCall("CreateThread", 1, 1455);
-    reporter->StartMonitorDevices();
+    reporter.StartMonitorDevices();
     EXPECT_EQ(Timeline().Texts(),
               Texts{"log 3 failed to create monitor thread, lastError = "
                     "1455(DeviceReporter::ReportDeviceInfo::StartMonitorDevices)"});
@@ -83,8 +81,8 @@ TEST_F(StartedMonitor, ThatGetsNoThreadLogsTheErrorNumber) {
 }
 
 TEST_F(StartedMonitor, AsksNeitherTheGatesNorTheCount) {
-    reporter->reportCount = 10;
-    reporter->StartMonitorDevices();
+    reporter.reportCount = 10;
+    reporter.StartMonitorDevices();
     ASSERT_TRUE(MonitorWaits());
     EndThread();
     EXPECT_TRUE(Timeline().Texts().empty());

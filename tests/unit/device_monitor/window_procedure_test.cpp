@@ -18,7 +18,7 @@ class WindowProcedure : public MonitorTest {
 protected:
     WindowProcedure() {
         // The class tells its procedure while it is registered.
-        const auto other = std::make_shared<DeviceReporter::ReportDeviceInfo>();
+        DeviceReporter::ReportDeviceInfo other;
         RunningMonitor monitor(World(), other);
         EXPECT_TRUE(monitor.WaitsForMessages());
         WNDCLASSW windowClass{};
@@ -71,20 +71,20 @@ protected:
 };
 
 TEST_F(WindowProcedure, KeepsTheCreationParameterFromTheFirstMessageOn) {
-    EXPECT_EQ(CallNcCreate(reporter.get()), TRUE);
-    EXPECT_EQ(Stored(), reporter.get());
+    EXPECT_EQ(CallNcCreate(&reporter), TRUE);
+    EXPECT_EQ(Stored(), &reporter);
     EXPECT_EQ(Journal().Count("DefWindowProcW"), 1u);
 }
 
 TEST_F(WindowProcedure, GivesACreationWithoutStructureDefaultHandlingOnly) {
-    Store(reporter.get());
+    Store(&reporter);
     Call(WM_NCCREATE, 3, 0);
-    EXPECT_EQ(Stored(), reporter.get());
+    EXPECT_EQ(Stored(), &reporter);
     ExpectDefaultHandlingOf(WM_NCCREATE, 3, 0);
 }
 
 TEST_F(WindowProcedure, KeepsACreationParameterThatIsNull) {
-    Store(reporter.get());
+    Store(&reporter);
     CallNcCreate(nullptr);
     EXPECT_EQ(Stored(), nullptr);
 }
@@ -92,7 +92,7 @@ TEST_F(WindowProcedure, KeepsACreationParameterThatIsNull) {
 TEST_F(WindowProcedure, GivesMessagesBeforeThePointerIsStoredDefaultHandlingOnly) {
     MakeDue(0);
     CREATESTRUCTW creation{};
-    creation.lpCreateParams = reporter.get();
+    creation.lpCreateParams = &reporter;
     MINMAXINFO sizes{};
     struct {
         UINT message;
@@ -110,15 +110,15 @@ TEST_F(WindowProcedure, GivesMessagesBeforeThePointerIsStoredDefaultHandlingOnly
         ExpectDefaultHandlingOf(message, wParam, lParam);
     }
     EXPECT_TRUE(Timeline().Texts().empty());
-    EXPECT_EQ(reporter->msgWindow, nullptr);
-    EXPECT_EQ(reporter->devices.size(), 1u);
+    EXPECT_EQ(reporter.msgWindow, nullptr);
+    EXPECT_EQ(reporter.devices.size(), 1u);
 }
 
 TEST_F(WindowProcedure, RegistersForNotificationsAtCreation) {
-    Store(reporter.get());
+    Store(&reporter);
     EXPECT_EQ(Call(WM_CREATE), 0);
-    EXPECT_EQ(reporter->msgWindow, window);
-    EXPECT_NE(reporter->devNotify, nullptr);
+    EXPECT_EQ(reporter.msgWindow, window);
+    EXPECT_NE(reporter.devNotify, nullptr);
     const auto calls = Journal().Calls("RegisterDeviceNotificationW");
     ASSERT_EQ(calls.size(), 1u);
     EXPECT_EQ(calls[0]["recipient"], simulation::CallText(static_cast<const void*>(window)));
@@ -130,47 +130,47 @@ TEST_F(WindowProcedure, RegistersForNotificationsAtCreation) {
 }
 
 TEST_F(WindowProcedure, RegistersNotAgainWhileARegistrationIsHeld) {
-    Store(reporter.get());
+    Store(&reporter);
     Call(WM_CREATE);
-    const HDEVNOTIFY held = reporter->devNotify;
+    const HDEVNOTIFY held = reporter.devNotify;
     Call(WM_CREATE);
     EXPECT_EQ(Journal().Count("RegisterDeviceNotificationW"), 1u);
-    EXPECT_EQ(reporter->devNotify, held);
+    EXPECT_EQ(reporter.devNotify, held);
     Call(WM_DESTROY);
 }
 
 TEST_F(WindowProcedure, UnregistersClearsTheMapAndQuitsWhenTheWindowGoes) {
     MakeDue(0);
-    Store(reporter.get());
+    Store(&reporter);
     Call(WM_CREATE);
-    const HDEVNOTIFY held = reporter->devNotify;
+    const HDEVNOTIFY held = reporter.devNotify;
     Journal().Clear();
     Call(WM_DESTROY);
     const auto unregistered = Journal().Calls("UnregisterDeviceNotification");
     ASSERT_EQ(unregistered.size(), 1u);
     EXPECT_EQ(unregistered[0]["notification"],
               simulation::CallText(static_cast<const void*>(held)));
-    EXPECT_EQ(reporter->devNotify, nullptr);
-    EXPECT_TRUE(reporter->devices.empty());
+    EXPECT_EQ(reporter.devNotify, nullptr);
+    EXPECT_TRUE(reporter.devices.empty());
     const auto quits = Journal().Calls("PostQuitMessage");
     ASSERT_EQ(quits.size(), 1u);
     EXPECT_EQ(quits[0]["exitCode"], "0");
     EXPECT_LT(unregistered[0].sequence, quits[0].sequence);
     EXPECT_LT(quits[0].sequence, Journal().Calls("DefWindowProcW").at(0).sequence);
-    EXPECT_EQ(reporter->msgWindow, window);  // Deliberately stale from now on.
+    EXPECT_EQ(reporter.msgWindow, window);  // Deliberately stale from now on.
 }
 
 TEST_F(WindowProcedure, UnregistersNothingWhenNothingIsRegistered) {
-    Store(reporter.get());
+    Store(&reporter);
     Call(WM_DESTROY);
     EXPECT_EQ(Journal().Count("UnregisterDeviceNotification"), 0u);
     EXPECT_EQ(Journal().Count("PostQuitMessage"), 1u);
 }
 
 TEST_F(WindowProcedure, ForgetsThePointerAfterTheLastMessage) {
-    Store(reporter.get());
+    Store(&reporter);
     Call(WM_DESTROY);
-    EXPECT_EQ(Stored(), reporter.get());
+    EXPECT_EQ(Stored(), &reporter);
     Journal().Clear();
     Call(WM_NCDESTROY);
     EXPECT_EQ(Stored(), nullptr);
@@ -178,7 +178,7 @@ TEST_F(WindowProcedure, ForgetsThePointerAfterTheLastMessage) {
 }
 
 TEST_F(WindowProcedure, PassesEveryMessageOnAndReturnsWhatTheDefaultReturns) {
-    Store(reporter.get());
+    Store(&reporter);
     for (const UINT message : {static_cast<UINT>(WM_CREATE), static_cast<UINT>(WM_DEVICECHANGE),
                                kReportMessage, static_cast<UINT>(WM_QUERYENDSESSION),
                                static_cast<UINT>(WM_NULL), static_cast<UINT>(WM_APP + 3)}) {
@@ -193,7 +193,7 @@ TEST_F(WindowProcedure, PassesEveryMessageOnAndReturnsWhatTheDefaultReturns) {
 
 TEST_F(WindowProcedure, ReportsOnlyForThePrivateMessage) {
     MakeDue(0);
-    Store(reporter.get());
+    Store(&reporter);
     for (const UINT message : {kReportMessage - 1, kReportMessage + 1, static_cast<UINT>(WM_USER),
                                static_cast<UINT>(WM_TIMER)}) {
         Call(message);
@@ -201,7 +201,7 @@ TEST_F(WindowProcedure, ReportsOnlyForThePrivateMessage) {
     EXPECT_EQ(ConsentStore_AskCount(), 0u);
     Call(kReportMessage);
     EXPECT_EQ(Timeline().Count(kListEvent), 1u);
-    EXPECT_EQ(reporter->reportCount, 1);
+    EXPECT_EQ(reporter.reportCount, 1);
 }
 
 }  // namespace

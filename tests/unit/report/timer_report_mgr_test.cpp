@@ -31,87 +31,85 @@ std::string RegisterLine(int hours) {
 
 class TimerManager : public testing::Test {
 protected:
-    ~TimerManager() override { manager->Stop(); }
-
     /// Back when the loop waits, so that a Stop is noticed at once.
     void StartAndReachTheWait() {
-        manager->Start();
+        manager.Start();
         ASSERT_TRUE(probe.LoopWaits());
     }
 
     std::int32_t TickAfter(const std::vector<std::int32_t>& intervals) {
-        const auto fresh = std::make_shared<TimerReportMgr>();
+        TimerReportMgr fresh;
         for (const std::int32_t hours : intervals) {
-            fresh->RegisterReportCallback([] {}, hours);
+            fresh.RegisterReportCallback([] {}, hours);
         }
-        return TickHoursOf(*fresh);
+        return TickHoursOf(fresh);
     }
 
     test_support::Timeline timeline;
     test_support::RecordedLog log{timeline};
     const test_support::LoopWaitProbe probe{GetModuleHandleW(nullptr)};
-    const std::shared_ptr<TimerReportMgr> manager = std::make_shared<TimerReportMgr>();
+    TimerReportMgr manager;
 };
 
 TEST_F(TimerManager, LogsEachRegistrationWithItsInterval) {
-    manager->RegisterReportCallback([] {}, 12);
-    manager->RegisterReportCallback([] {}, 24);
+    manager.RegisterReportCallback([] {}, 12);
+    manager.RegisterReportCallback([] {}, 24);
     EXPECT_EQ(timeline.Texts(), (std::vector<std::string>{RegisterLine(12), RegisterLine(24)}));
 }
 
 TEST_F(TimerManager, LogsIntervalsWithoutGroupingWhateverTheGlobalLocale) {
     const test_support::GroupingLocale grouping;
-    manager->RegisterReportCallback([] {}, 1234567);
+    manager.RegisterReportCallback([] {}, 1234567);
     EXPECT_EQ(timeline.Texts(), std::vector<std::string>{RegisterLine(1234567)});
 }
 
 TEST_F(TimerManager, RefusesAnIntervalOfZeroWithBothLines) {
-    manager->RegisterReportCallback([] {}, 0);
+    manager.RegisterReportCallback([] {}, 0);
     EXPECT_EQ(timeline.Texts(), (std::vector<std::string>{RegisterLine(0), kInvalidLine}));
 }
 
 TEST_F(TimerManager, RefusesANegativeIntervalWithBothLines) {
-    manager->RegisterReportCallback([] {}, -5);
+    manager.RegisterReportCallback([] {}, -5);
     EXPECT_EQ(timeline.Texts(), (std::vector<std::string>{RegisterLine(-5), kInvalidLine}));
 }
 
 TEST_F(TimerManager, StoresNothingOfAnInvalidRegistration) {
     const auto marker = std::make_shared<int>(0);
-    manager->RegisterReportCallback([marker] {}, 0);
-    manager->RegisterReportCallback([marker] {}, -5);
+    manager.RegisterReportCallback([marker] {}, 0);
+    manager.RegisterReportCallback([marker] {}, -5);
     EXPECT_EQ(marker.use_count(), 1);
-    EXPECT_EQ(TickHoursOf(*manager), 1);
-    manager->Start();
-    EXPECT_FALSE(HasLoopThread(*manager));
+    EXPECT_EQ(TickHoursOf(manager), 1);
+    manager.Start();
+    EXPECT_FALSE(HasLoopThread(manager));
 }
 
 TEST_F(TimerManager, KeepsTheTickWhenARegistrationIsInvalid) {
-    manager->RegisterReportCallback([] {}, 12);
-    manager->RegisterReportCallback([] {}, 0);
-    manager->RegisterReportCallback([] {}, -5);
-    EXPECT_EQ(TickHoursOf(*manager), 12);
+    manager.RegisterReportCallback([] {}, 12);
+    manager.RegisterReportCallback([] {}, 0);
+    manager.RegisterReportCallback([] {}, -5);
+    EXPECT_EQ(TickHoursOf(manager), 12);
 }
 
 TEST_F(TimerManager, KeepsACopyOfTheCallback) {
     const auto marker = std::make_shared<int>(0);
     const TimerReportMgr::Callback callback = [marker] {};
-    manager->RegisterReportCallback(callback, 1);
+    manager.RegisterReportCallback(callback, 1);
     EXPECT_EQ(marker.use_count(), 3);
 }
 
 TEST_F(TimerManager, TicksOnceAnHourBeforeAnythingIsRegistered) {
-    EXPECT_EQ(TickHoursOf(*manager), 1);
+    EXPECT_EQ(TickHoursOf(manager), 1);
 }
 
 TEST_F(TimerManager, RecomputesTheTickAfterEachRegistration) {
-    manager->RegisterReportCallback([] {}, 24);
-    EXPECT_EQ(TickHoursOf(*manager), 24);
-    manager->RegisterReportCallback([] {}, 36);
-    EXPECT_EQ(TickHoursOf(*manager), 12);
-    manager->RegisterReportCallback([] {}, 8);
-    EXPECT_EQ(TickHoursOf(*manager), 4);
-    manager->RegisterReportCallback([] {}, 1);
-    EXPECT_EQ(TickHoursOf(*manager), 1);
+    manager.RegisterReportCallback([] {}, 24);
+    EXPECT_EQ(TickHoursOf(manager), 24);
+    manager.RegisterReportCallback([] {}, 36);
+    EXPECT_EQ(TickHoursOf(manager), 12);
+    manager.RegisterReportCallback([] {}, 8);
+    EXPECT_EQ(TickHoursOf(manager), 4);
+    manager.RegisterReportCallback([] {}, 1);
+    EXPECT_EQ(TickHoursOf(manager), 1);
 }
 
 TEST_F(TimerManager, TicksAtTheGreatestCommonDivisorOfAllIntervals) {
@@ -126,20 +124,20 @@ TEST_F(TimerManager, TicksAtTheGreatestCommonDivisorOfAllIntervals) {
 }
 
 TEST_F(TimerManager, CountsAnEmptyCallbackForTheTick) {
-    manager->RegisterReportCallback([] {}, 6);
-    manager->RegisterReportCallback({}, 4);
-    EXPECT_EQ(TickHoursOf(*manager), 2);
+    manager.RegisterReportCallback([] {}, 6);
+    manager.RegisterReportCallback({}, 4);
+    EXPECT_EQ(TickHoursOf(manager), 2);
 }
 
 TEST_F(TimerManager, StartsNoThreadWhenNothingIsRegistered) {
-    manager->Start();
-    EXPECT_FALSE(HasLoopThread(*manager));
-    manager->Stop();
+    manager.Start();
+    EXPECT_FALSE(HasLoopThread(manager));
+    manager.Stop();
     EXPECT_TRUE(timeline.Texts().empty());
 }
 
 TEST_F(TimerManager, WritesTheLoopLineOnAThreadOfItsOwn) {
-    manager->RegisterReportCallback([] {}, 1);
+    manager.RegisterReportCallback([] {}, 1);
     timeline.Clear();
     StartAndReachTheWait();
     ASSERT_EQ(timeline.Texts(), std::vector<std::string>{kLoopLine});
@@ -148,52 +146,51 @@ TEST_F(TimerManager, WritesTheLoopLineOnAThreadOfItsOwn) {
 
 TEST_F(TimerManager, StopsAtOnceWhileTheLoopWaitsAndRunsNothing) {
     int runs = 0;
-    manager->RegisterReportCallback([&] { ++runs; }, 1);
+    manager.RegisterReportCallback([&] { ++runs; }, 1);
     StartAndReachTheWait();
     const ULONGLONG before = GetTickCount64();
-    manager->Stop();
+    manager.Stop();
     EXPECT_LT(GetTickCount64() - before, 10'000u);
-    EXPECT_FALSE(HasLoopThread(*manager));
+    EXPECT_FALSE(HasLoopThread(manager));
     EXPECT_EQ(runs, 0);
     EXPECT_EQ(timeline.Count(kLoopLine), 1u);
 }
 
 TEST_F(TimerManager, RunsNothingAndWritesTheLoopLineAgainAfterASpuriousWake) {
     int runs = 0;
-    manager->RegisterReportCallback([&] { ++runs; }, 1);
+    manager.RegisterReportCallback([&] { ++runs; }, 1);
     StartAndReachTheWait();
-    test_support::WakeSpuriously(*manager);
+    test_support::WakeSpuriously(manager);
     ASSERT_TRUE(probe.LoopWaits(2));
     EXPECT_EQ(timeline.Count(kLoopLine), 2u);
-    manager->Stop();
+    manager.Stop();
     EXPECT_EQ(runs, 0);
 }
 
 TEST_F(TimerManager, MayBeStoppedTwiceAndWithoutStart) {
-    manager->Stop();
-    manager->RegisterReportCallback([] {}, 1);
-    manager->Stop();
-    manager->Stop();
-    EXPECT_FALSE(HasLoopThread(*manager));
+    manager.Stop();
+    manager.RegisterReportCallback([] {}, 1);
+    manager.Stop();
+    manager.Stop();
+    EXPECT_FALSE(HasLoopThread(manager));
 }
 
 TEST_F(TimerManager, StartsAThreadThatEndsAtOnceAfterAStop) {
-    manager->RegisterReportCallback([] {}, 1);
-    manager->Stop();
-    manager->Start();
-    EXPECT_TRUE(HasLoopThread(*manager));
+    manager.RegisterReportCallback([] {}, 1);
+    manager.Stop();
+    manager.Start();
+    EXPECT_TRUE(HasLoopThread(manager));
     EXPECT_FALSE(timeline.WaitFor(kLoopLine, 1, milliseconds(200)));
-    manager->Stop();
+    manager.Stop();
 }
 
-TEST_F(TimerManager, ReleasesItsCallbacksWhenItIsDestroyed) {
+TEST_F(TimerManager, StopsAndReleasesItsCallbacksWhenItIsDestroyed) {
     const auto marker = std::make_shared<int>(0);
     {
-        const auto stopped = std::make_shared<TimerReportMgr>();
-        stopped->RegisterReportCallback([marker] {}, 1);
-        stopped->Start();
+        TimerReportMgr running;
+        running.RegisterReportCallback([marker] {}, 1);
+        running.Start();
         ASSERT_TRUE(probe.LoopWaits());
-        stopped->Stop();
     }
     EXPECT_EQ(marker.use_count(), 1);
 }
