@@ -23,6 +23,21 @@ protected:
         }
         return !test_support::IsRunning(manager);
     }
+
+    /// For the loop's thread, between its test and its wait: Stop comes to its join meanwhile.
+    void LetStopCome() {
+        EXPECT_TRUE(StopComes());
+        timeline.Note("stopping");
+        Sleep(3 * 3600 * 1000);
+    }
+
+    /// Starts, and stops as soon as the loop runs.
+    void ExpectThatWhatIsDueRunsOnceMore() {
+        manager.Start();
+        ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
+        manager.Stop();
+        EXPECT_EQ(timeline.Texts(), (Texts{kLoopLine, "stopping", "hour"}));
+    }
 };
 
 TEST_F(TimerLoopStop, EndsAWaitAndRunsNothing) {
@@ -40,16 +55,9 @@ TEST_F(TimerLoopStop, EndsAWaitAndRunsNothing) {
 TEST_F(TimerLoopStop, BeforeTheWaitIsSeenAfterItAndWhatIsDueRunsOnceMore) {
     Register("hour", 1);
     timeline.Clear();
-    // The loop writes its line between its test and its wait; Stop comes to its join meanwhile.
-    log.onLine = [this](const test_support::LogLine&) {
-        EXPECT_TRUE(StopComes());
-        timeline.Note("stopping");
-        Sleep(3 * 3600 * 1000);
-    };
-    manager.Start();
-    ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
-    manager.Stop();
-    EXPECT_EQ(timeline.Texts(), (Texts{kLoopLine, "stopping", "hour"}));
+    // The loop writes its line between the two.
+    log.onLine = [this](const test_support::LogLine&) { LetStopCome(); };
+    ExpectThatWhatIsDueRunsOnceMore();
 }
 
 decltype(::QueryPerformanceCounter)* realQueryPerformanceCounter = nullptr;
@@ -71,15 +79,8 @@ TEST_F(TimerLoopStop, RightBeforeTheWaitIsSeenAfterItAndWhatIsDueRunsOnceMore) {
     std::chrono::steady_clock::now();  // Tells it which thread is the test's.
     Register("hour", 1);
     timeline.Clear();
-    onClockOfTheLoop = [this] {
-        EXPECT_TRUE(StopComes());
-        timeline.Note("stopping");
-        Sleep(3 * 3600 * 1000);
-    };
-    manager.Start();
-    ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
-    manager.Stop();
-    EXPECT_EQ(timeline.Texts(), (Texts{kLoopLine, "stopping", "hour"}));
+    onClockOfTheLoop = [this] { LetStopCome(); };
+    ExpectThatWhatIsDueRunsOnceMore();
 }
 
 TEST_F(TimerLoopStop, DuringACallbackTakesEffectAtOnceAndLetsTheTickFinish) {

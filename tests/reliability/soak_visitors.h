@@ -1,0 +1,19 @@
+// Removable devices that come and go during the soak, by number.
+#pragma once
+
+#include <string>
+
+#include "simulation/machine.h"
+
+namespace reliability_test {
+
+/// The piece of its id by which a device list names it.
+std::string VisitorText(unsigned visitor);
+
+/// Its instance id.
+std::wstring VisitorId(unsigned visitor);
+
+/// The device, in a container of its own.
+simulation::Device Visitor(unsigned visitor);
+
+}  // namespace reliability_test
