@@ -44,6 +44,7 @@ declare -A elsewhere=(
     ["cmake --preset mingw-release -B build/for-suite -DTALLYPORT_SUITE_SDK=/path/to/sdk"]="tools_sdk_swap"
     ["cmake --build build/for-suite"]="tools_sdk_swap"
     ["run=\"tools/wine/run_in_wine build/mingw-release/wine-prefix build/mingw-release/bin\""]="the tests"
+    ["checked=\"tools/wine/run_in_wine build/mingw-checked/wine-prefix build/mingw-checked/bin\""]="the fuzz tests"
 )
 
 complain() {
@@ -66,9 +67,9 @@ names_tests() {
 }
 
 # names_program FILE:LINE COMMAND: the long form of a test program, which takes minutes, is shown with
-# $run for the folder of the programs. The tests run the short forms.
+# $run or $checked for the folder of the programs. The tests run the short forms.
 names_program() {
-    local program=${2#"\$run/"}
+    local program=${2#*/}
     [[ -f $build_dir/bin/${program%% *} ]] || complain "$1: there is no program '${program%% *}'"
 }
 
@@ -108,7 +109,7 @@ while IFS=$'\t' read -r place command; do
     elif [[ $command == "./dev test "* ]]; then
         read -ra words <<<"$command"
         names_tests "$place" "${words[@]:2}"
-    elif [[ $command == "\$run/"* ]]; then
+    elif [[ $command == "\$run/"* || $command == "\$checked/"* ]]; then
         names_program "$place" "$command"
     elif [[ ! -v elsewhere["$command"] ]]; then
         complain "$place: nothing runs '$command'; add it to a list of ${0##*/}"

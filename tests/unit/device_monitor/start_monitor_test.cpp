@@ -15,6 +15,13 @@ using Texts = std::vector<std::string>;
 
 class StartedMonitor : public MonitorTest {
 protected:
+    /// A test that failed must not take the reporter from under its thread.
+    ~StartedMonitor() override {
+        if (World().ledger.CountAcquired(ResourceKind::Thread) > 0 && !threadHasEnded) {
+            EndThread();
+        }
+    }
+
     /// Closes the window and waits for the very end of the thread.
     void EndThread() {
         const auto windows = Journal().Calls("CreateWindowExW");
@@ -24,11 +31,15 @@ protected:
         reporter.StopMonitorDevices();
         EXPECT_EQ(WaitForSingleObject(thread, 30'000), WAIT_OBJECT_0);
         CloseHandle(thread);
+        threadHasEnded = true;
     }
 
     bool MonitorWaits() {
         return ComesTrue([this] { return Journal().Count("GetMessageW") > 0; });
     }
+
+private:
+    bool threadHasEnded = false;
 };
 
 TEST_F(StartedMonitor, HasAThreadWithDefaultSettingsAndTheReporterAsParameter) {
