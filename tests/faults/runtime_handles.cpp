@@ -4,6 +4,7 @@
 
 #include <mutex>
 #include <unordered_set>
+#include <vector>
 
 namespace faults_test {
 namespace {
@@ -12,8 +13,11 @@ decltype(::CreateEventA)* realCreateEventA = nullptr;
 decltype(::DuplicateHandle)* realDuplicateHandle = nullptr;
 decltype(::CloseHandle)* realCloseHandle = nullptr;
 
+decltype(::TlsAlloc)* realTlsAlloc = nullptr;
+
 std::mutex mutex;
 std::unordered_set<HANDLE> handles;
+std::vector<DWORD> tlsIndexes;
 
 void Opened(HANDLE handle) {
     const std::lock_guard lock(mutex);
@@ -48,6 +52,15 @@ BOOL WINAPI FollowedCloseHandle(HANDLE handle) {
     return realCloseHandle(handle);
 }
 
+DWORD WINAPI FollowedTlsAlloc() {
+    const DWORD index = realTlsAlloc();
+    if (index != TLS_OUT_OF_INDEXES) {
+        const std::lock_guard lock(mutex);
+        tlsIndexes.push_back(index);
+    }
+    return index;
+}
+
 }  // namespace
 
 void FollowRuntimeHandles(simulation::ImportRedirection& redirection) {
@@ -57,6 +70,16 @@ void FollowRuntimeHandles(simulation::ImportRedirection& redirection) {
         "DuplicateHandle", FollowedDuplicateHandle);
     realCloseHandle =
         redirection.RedirectIfImported<decltype(::CloseHandle)>("CloseHandle", FollowedCloseHandle);
+    realTlsAlloc =
+        redirection.RedirectIfImported<decltype(::TlsAlloc)>("TlsAlloc", FollowedTlsAlloc);
+}
+
+void FreeRuntimeTlsIndexes() {
+    const std::lock_guard lock(mutex);
+    for (const DWORD index : tlsIndexes) {
+        TlsFree(index);
+    }
+    tlsIndexes.clear();
 }
 
 std::size_t KeptRuntimeHandles() {

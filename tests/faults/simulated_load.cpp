@@ -112,6 +112,7 @@ void SimulatedLoad::OnUnmapped() {
     onUnmapped(World());
     // The imports are put back while there still are any.
     simulated.reset();
+    FreeRuntimeTlsIndexes();
 }
 
 }  // namespace faults_test

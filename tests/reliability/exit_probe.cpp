@@ -9,6 +9,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <string>
 
 #include "faults/fault_table.h"
 #include "faults/more_fakes.h"
@@ -55,11 +57,26 @@ struct Life {
     }
 };
 
+bool IsUsedAtDetach(const std::string& library) {
+    for (const char* const used :
+         {"KERNEL32.dll", "msvcrt.dll", "api-ms-win-core-path-l1-1-0.dll"}) {
+        if (_stricmp(library.c_str(), used) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Threads that the exit ends may hold locks of the simulation. What the plug-in does when it is
-/// detached must not wait for them: it gets the system's own functions back.
+/// detached must not wait for them: it gets the system's own functions back, those of its loader
+/// and of the C library. The others are called by these threads only, until they end, and with
+/// handles that the system does not know.
 void GiveTheSystemBack(HMODULE module) {
     static auto* const original = new simulation::ImportRedirection(module);
     for (const simulation::Import& import : simulation::ImportsOf(module)) {
+        if (!IsUsedAtDetach(import.library)) {
+            continue;
+        }
         const FARPROC function =
             GetProcAddress(GetModuleHandleA(import.library.c_str()), import.name.c_str());
         original->Redirect(import.name, reinterpret_cast<void*>(function), import.library);

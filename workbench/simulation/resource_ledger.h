@@ -69,11 +69,14 @@ public:
     bool Balanced() const;
 
 private:
+    bool WasReturned(const void* simulated) const;
+
     mutable SlimMutex mutex;
     std::uintptr_t lastNumber = 0;
     std::vector<OpenResource> open;
     std::map<ResourceKind, std::size_t> acquired;
-    std::set<const void*> returned;  ///< To tell "released twice" from "never handed out".
+    /// To tell "released twice" from "never handed out"; of Acquire's values the number tells.
+    std::set<const void*> returned;
     std::vector<std::string> errors;
 };
 

@@ -50,7 +50,8 @@ HANDLE OpenInterface(FakeCall& call, const InterfaceOfDevice& found) {
     }
     World& world = call.world();
     const HANDLE file = world.ledger.Acquire(ResourceKind::File, ToUtf8(found.offered->path));
-    world.FamilyState<OpenHidFiles>().paths[file] = found.offered->path;
+    Remember(world.FamilyState<OpenHidFiles>().paths, world.ledger, ResourceKind::File, file,
+             found.offered->path);
     return call.Returns(file);
 }
 

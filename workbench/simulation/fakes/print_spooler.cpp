@@ -145,8 +145,8 @@ BOOL WINAPI FakeOpenPrinterW(wchar_t* name, HANDLE* printer, PRINTER_DEFAULTSW* 
     }
     *printer = world.ledger.Acquire(ResourceKind::Printer,
                                     name == nullptr ? "print server" : ToUtf8(name));
-    world.FamilyState<OpenPrinters>().queues[*printer] =
-        name == nullptr ? std::nullopt : std::optional<std::wstring>(name);
+    Remember(world.FamilyState<OpenPrinters>().queues, world.ledger, ResourceKind::Printer,
+             *printer, name == nullptr ? std::nullopt : std::optional<std::wstring>(name));
     return call.Returns(TRUE);
 }
 

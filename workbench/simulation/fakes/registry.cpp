@@ -74,7 +74,8 @@ LSTATUS WINAPI FakeRegOpenKeyExA(HKEY root, const char* subKey, DWORD options, R
     for (const DisplayPath& monitor : world.machine.display.paths) {
         if (SameName(ParametersKey(monitor.devicePath), path)) {
             *key = static_cast<HKEY>(world.ledger.Acquire(ResourceKind::RegistryKey, subKey));
-            world.FamilyState<OpenMonitorKeys>().monitors[*key] = monitor.devicePath;
+            Remember(world.FamilyState<OpenMonitorKeys>().monitors, world.ledger,
+                     ResourceKind::RegistryKey, *key, monitor.devicePath);
             return call.ReturnsStatus<LSTATUS>(ERROR_SUCCESS);
         }
     }

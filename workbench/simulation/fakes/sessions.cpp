@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "simulation/fake_call.h"
+#include "simulation/fakes/common.h"
 
 namespace simulation {
 namespace {
@@ -115,7 +116,8 @@ BOOL WINAPI FakeWTSQueryUserToken(ULONG sessionId, HANDLE* token) {
         return call.Fails(FALSE, ERROR_NO_TOKEN);
     }
     *token = world.ledger.Acquire(ResourceKind::Token, "session " + std::to_string(sessionId));
-    world.FamilyState<SessionState>().tokens[*token] = sessionId;
+    Remember(world.FamilyState<SessionState>().tokens, world.ledger, ResourceKind::Token, *token,
+             DWORD{sessionId});
     return call.Returns(TRUE);
 }
 
