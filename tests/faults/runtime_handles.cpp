@@ -12,7 +12,6 @@ namespace {
 decltype(::CreateEventA)* realCreateEventA = nullptr;
 decltype(::DuplicateHandle)* realDuplicateHandle = nullptr;
 decltype(::CloseHandle)* realCloseHandle = nullptr;
-
 decltype(::TlsAlloc)* realTlsAlloc = nullptr;
 
 std::mutex mutex;

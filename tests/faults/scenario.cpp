@@ -17,6 +17,7 @@
 #include "simulation/fakes/heap.h"
 #include "simulation/fakes/threads.h"
 #include "standins/wmi_kit/wmi_kit_control.h"
+#include "support/comes_true.h"
 #include "support/plugin_module.h"
 
 namespace faults_test {
@@ -31,14 +32,7 @@ constexpr auto kPatience = std::chrono::seconds(20);
 
 template <class Condition>
 bool ComesTrue(Condition condition) {
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        Sleep(1);
-    }
-    return true;
+    return test_support::ComesTrue(condition, kPatience);
 }
 
 std::optional<FaultVariant> VariantOf(const std::string& way) {

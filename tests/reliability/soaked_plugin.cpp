@@ -16,6 +16,7 @@
 #include "standins/consent_store/consent_store_control.h"
 #include "standins/log_kit/log_kit_control.h"
 #include "standins/wmi_kit/wmi_kit_control.h"
+#include "support/comes_true.h"
 
 namespace reliability_test {
 namespace {
@@ -116,11 +117,8 @@ void SoakedPlugin::OnEvent(void* context, int id, const XeEventField* fields, st
 Sent SoakedPlugin::Start() {
     Demand(plugin->Start(), "Start fails");
     Demand(hours->LoopWaits(), "the timer loop does not get to its wait");
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    while (load->World().journal.Count("GetMessageW") == 0) {
-        Demand(std::chrono::steady_clock::now() < deadline, "the monitor does not listen");
-        Sleep(1);
-    }
+    const auto listens = [this] { return load->World().journal.Count("GetMessageW") > 0; };
+    Demand(test_support::ComesTrue(listens, kPatience), "the monitor does not listen");
     AwaitMonitor(/*monitorEnds=*/false);
     return TakeSent();
 }

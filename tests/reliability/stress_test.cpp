@@ -24,6 +24,7 @@
 #include "simulation/fakes/threads.h"
 #include "standins/log_kit/log_kit_control.h"
 #include "standins/xeevent/xeevent_control.h"
+#include "support/comes_true.h"
 #include "support/plugin_module.h"
 
 namespace {
@@ -131,14 +132,8 @@ void StressedLife::OnEvent(void* context, int id, const XeEventField* /*fields*/
 }
 
 bool StressedLife::MonitorListens() {
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    while (load->World().journal.Count("GetMessageW") == 0) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        Sleep(1);
-    }
-    return true;
+    return test_support::ComesTrue(
+        [this] { return load->World().journal.Count("GetMessageW") > 0; }, kPatience);
 }
 
 void StressedLife::RunUnderStress(StressThreads& stress, unsigned hoursOfLife) {

@@ -21,6 +21,7 @@
 #include "simulation/device_happenings.h"
 #include "simulation/fakes/threads.h"
 #include "support/child_process.h"
+#include "support/comes_true.h"
 #include "support/plugin_module.h"
 
 namespace {
@@ -112,10 +113,9 @@ public:
             complaint += "the code is gone from under the monitor; ";
         }
         SetEvent(mayGoOn);
-        for (DWORD i = 0; i < kPatience && load.IsMapped(); ++i) {
-            Sleep(1);
-        }
-        complaint += load.IsMapped() ? "the library stays mapped; " : "";
+        const bool unmapped = test_support::ComesTrue([&load] { return !load.IsMapped(); },
+                                                      std::chrono::milliseconds(kPatience));
+        complaint += unmapped ? "" : "the library stays mapped; ";
         complaint += left == "[]" ? "" : "left: " + left + "; ";
         const std::size_t lists = suite->recorded.timeline.Count("event 992614533");
         complaint += lists == (place.isInReport ? 1u : 0u)

@@ -10,6 +10,7 @@
 
 #include "library/device_monitor/passing_hours.h"
 #include "simulation/simulated_machine.h"
+#include "support/comes_true.h"
 #include "support/plugin_module.h"
 #include "support/recorded_suite.h"
 #include "util/scoped_handle.h"
@@ -27,14 +28,7 @@ inline constexpr char kStopWithoutWindow[] =
 inline constexpr char kCountValue[] =
     "HKLM\\SOFTWARE\\Orbisuite\\DataReportTime:ReportDevicesCount";
 
-/// False when the condition does not come true within half a minute.
-template <class Condition>
-bool ComesTrue(Condition condition) {
-    for (int i = 0; i < 30'000 && !condition(); ++i) {
-        Sleep(1);
-    }
-    return condition();
-}
+using test_support::ComesTrue;
 
 /// A USB device of this id with one interface of the USB device class.
 simulation::Device UsbDevice(const std::wstring& instanceId, bool removable);

@@ -29,17 +29,6 @@ std::string WriteCount(int count) {
            std::to_string(count);
 }
 
-bool ComesTrue(const std::function<bool()>& condition) {
-    const ULONGLONG begin = GetTickCount64();
-    while (!condition()) {
-        if (GetTickCount64() - begin > 30'000) {
-            return false;
-        }
-        Sleep(1);
-    }
-    return true;
-}
-
 MonitorTest::MonitorTest() : machine(GetModuleHandleW(nullptr), MachineOfTests()) {
     EditionAdapt_SetFeature("ReportDeviceList", 3);
     SetConsent({"1"});

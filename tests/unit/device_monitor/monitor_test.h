@@ -5,12 +5,12 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "device_reporter/report_device_info.h"
 #include "simulation/simulated_machine.h"
+#include "support/comes_true.h"
 #include "support/recorded_suite.h"
 
 namespace device_monitor_test {
@@ -34,9 +34,7 @@ inline constexpr char kStopWithoutWindow[] =
 /// How the count is written back.
 std::string WriteCount(int count);
 
-/// False when the condition does not come true within half a minute. Independent of the simulated
-/// clock.
-bool ComesTrue(const std::function<bool()>& condition);
+using test_support::ComesTrue;
 
 /// A machine without printers and displays whose steady clock stands at a hundred days. The user
 /// has agreed, and no list is due. At the end every resource is back and every planned fault was
