@@ -77,18 +77,20 @@ bool ResourceLedger::Release(ResourceKind kind, const void* value) {
         open.erase(found);
         return true;
     }
-    const bool twice = IsSimulatedHandle(value) ? WasReturned(value) : returned.count(value) != 0;
-    errors.push_back(std::string(KindName(kind)) + " " + CallText(value) +
-                     (twice ? " was released twice" : " was released but never handed out"));
+    errors.push_back(
+        std::string(KindName(kind)) + " " + CallText(value) +
+        (WasReturned(value) ? " was released twice" : " was released but never handed out"));
     return false;
 }
 
-bool ResourceLedger::WasReturned(const void* simulated) const {
-    const auto number = (reinterpret_cast<std::uintptr_t>(simulated) & ~kMarkMask) / 4;
+bool ResourceLedger::WasReturned(const void* value) const {
+    if (!IsSimulatedHandle(value)) {
+        return returned.count(value) != 0;
+    }
+    const auto number = (reinterpret_cast<std::uintptr_t>(value) & ~kMarkMask) / 4;
     return number >= 1 && number <= lastNumber &&
-           std::none_of(open.begin(), open.end(), [simulated](const OpenResource& resource) {
-               return resource.value == simulated;
-           });
+           std::none_of(open.begin(), open.end(),
+                        [value](const OpenResource& resource) { return resource.value == value; });
 }
 
 bool ResourceLedger::IsOpen(ResourceKind kind, const void* value) const {

@@ -69,7 +69,8 @@ public:
     bool Balanced() const;
 
 private:
-    bool WasReturned(const void* simulated) const;
+    /// Under the lock.
+    bool WasReturned(const void* value) const;
 
     mutable SlimMutex mutex;
     std::uintptr_t lastNumber = 0;
