@@ -4,27 +4,25 @@
 #include <windows.h>
 
 #include <cstddef>
+#include <cstdlib>
 
 #include "simulation/import_redirection.h"
 
 namespace benchmarks {
 
-/// Counts the program's calls of malloc while it lives. One at a time, on one thread.
-class AllocationCount {
-public:
-    AllocationCount();
-
-    std::size_t Get() const;
-
-private:
-    simulation::ImportRedirection redirection{GetModuleHandleW(nullptr)};
-};
-
+/// The program's calls of malloc during `work`. On one thread.
 template <class Work>
 double CountAllocations(Work& work) {
-    const AllocationCount count;
+    static std::size_t allocations = 0;
+    static decltype(::malloc)* realMalloc = nullptr;
+    simulation::ImportRedirection redirection(GetModuleHandleW(nullptr));
+    realMalloc = redirection.Redirect<decltype(::malloc)>("malloc", [](std::size_t size) {
+        ++allocations;
+        return realMalloc(size);
+    });
+    allocations = 0;
     work();
-    return static_cast<double>(count.Get());
+    return static_cast<double>(allocations);
 }
 
 }  // namespace benchmarks

@@ -8,7 +8,7 @@
 #include "device_reporter/report_device_info.h"
 #include "floors/plain_calls.h"
 #include "floors/plain_records.h"
-#include "instant/instant_calls.h"
+#include "instant_system.h"
 #include "paired.h"
 #include "sample_machine.h"
 
@@ -28,22 +28,24 @@ DeviceMap Fill() {
 void InstantFill(benchmark::State& state) {
     const auto devices = benchmarks::SampleDevices(static_cast<std::size_t>(state.range(0)));
     const benchmarks::TextRows rows = benchmarks::PrepareTexts(devices);
-    benchmarks::SetInstantDevices(devices);
+    benchmarks::InstantMachine().world().machine.devices = devices;
     if (Fill().size() != devices.size() ||
         benchmarks::FillFromTexts(rows).size() != devices.size()) {
         throw std::runtime_error("a fill did not take all devices");
     }
-    benchmarks::RunPaired(
-        state, Fill, [&rows] { return benchmarks::FillFromTexts(rows); },
-        static_cast<double>(devices.size()));
+    const auto floor = [&rows] {
+        benchmarks::WalkDevices();
+        return benchmarks::FillFromTexts(rows);
+    };
+    benchmarks::RunPaired(state, Fill, floor, static_cast<double>(devices.size()));
 }
 BENCHMARK(InstantFill)->Apply(benchmarks::Repeat)->Arg(50)->Arg(100)->Arg(200)->Arg(350)->Arg(500);
 
 /// A reporter that knows so many devices, all of which are reported.
 std::unique_ptr<ReportDeviceInfo> MakeReporter(std::size_t devices) {
-    benchmarks::SetInstantDevices(benchmarks::SampleDevices(devices));
-    benchmarks::SetInstantPrinters(0);
-    benchmarks::SetInstantDisplays(0);
+    simulation::Machine& machine = benchmarks::InstantMachine().world().machine;
+    machine = {};
+    machine.devices = benchmarks::SampleDevices(devices);
     auto reporter = std::make_unique<ReportDeviceInfo>();
     reporter->devices = Fill();
     return reporter;

@@ -8,7 +8,8 @@
 #include <vector>
 
 #include "device_reporter/device_enumeration.h"
-#include "instant/instant_calls.h"
+#include "floors/plain_calls.h"
+#include "instant_system.h"
 #include "sample_machine.h"
 
 namespace {
@@ -42,11 +43,11 @@ std::size_t TextBytes(const DeviceReporter::DeviceMap& devices) {
 }  // namespace
 
 int main() {
-    simulation::ImportRedirection redirection(GetModuleHandleW(nullptr));
-    benchmarks::PutInstantDevices(redirection);
-    benchmarks::PutInstantSuite(redirection);
-    benchmarks::SetInstantDevices(benchmarks::SampleDevices(500));
+    benchmarks::UseInstantSuite();
+    benchmarks::InstantMachine().world().machine.devices = benchmarks::SampleDevices(500);
     std::vector<DeviceReporter::DeviceMap> maps(kMaps);
+    // The machine, too, takes memory at its first fill.
+    benchmarks::WalkDevices();
     const std::size_t before = PrivateBytes();
     for (DeviceReporter::DeviceMap& map : maps) {
         DeviceReporter::AddAllDevicesToMap(map);

@@ -7,6 +7,7 @@
 #include "paired.h"
 #include "sample_machine.h"
 #include "standins/log_kit/log_kit_control.h"
+#include "support/real_devices.h"
 
 namespace {
 
@@ -35,6 +36,7 @@ int main(int argumentCount, char** arguments) {
     if (!real_devices::RunsInWine()) {
         throw std::runtime_error(real_devices::kOnlyInWine);
     }
+    test_support::WaitForRealDevices();
     LogKit_SetConsole(0);
     const real_devices::RegisteredDevices registered(benchmarks::SampleDevices(kRegistered));
     benchmark::Initialize(&argumentCount, arguments);

@@ -66,4 +66,33 @@ std::vector<simulation::Device> SampleDevices(std::size_t count) {
     return devices;
 }
 
+std::vector<simulation::Printer> SamplePrinters(std::size_t count) {
+    std::vector<simulation::Printer> printers;
+    for (std::size_t i = 0; i < count; ++i) {
+        printers.push_back(
+            {L"Printer " + std::to_wstring(i) + L" on the second floor",
+             L"Inkwell Laser 4200 PCL 6", L"RAW", L"IP_10.1.7.23",
+             simulation::PrinterDriver{L"Inkwell", L"USBPRINT\\InkwellLaserJet_4A21"}});
+    }
+    return printers;
+}
+
+simulation::Display SampleDisplay(std::size_t paths) {
+    simulation::Display display;
+    for (UINT32 i = 0; i < paths; ++i) {
+        simulation::DisplayPath path;
+        path.sourceId = path.targetId = i;
+        path.gdiName = L"\\\\.\\DISPLAY" + std::to_wstring(i);
+        path.friendlyName = L"Lumen 27 QHD";
+        path.devicePath = L"\\\\?\\DISPLAY#HWP2718#4&1f9d0a6b&0&UID" + std::to_wstring(i) +
+                          L"#{e6f07b5f-ee97-4a90-b076-33f57bf4eaa7}";
+        path.edid.emplace(256);
+        // A manufacturer id is all that the plug-in looks at.
+        (*path.edid)[8] = 0x22;
+        (*path.edid)[9] = 0xF0;
+        display.paths.push_back(path);
+    }
+    return display;
+}
+
 }  // namespace benchmarks

@@ -13,4 +13,9 @@ namespace benchmarks {
 /// vendor and product piece, so that each would be reported.
 std::vector<simulation::Device> SampleDevices(std::size_t count);
 
+std::vector<simulation::Printer> SamplePrinters(std::size_t count);
+
+/// Each with 256 bytes of EDID.
+simulation::Display SampleDisplay(std::size_t paths);
+
 }  // namespace benchmarks

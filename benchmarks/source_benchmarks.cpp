@@ -6,9 +6,10 @@
 #include "device_reporter/display_info.h"
 #include "device_reporter/printer_info.h"
 #include "floors/plain_calls.h"
-#include "instant/instant_calls.h"
+#include "instant_system.h"
 #include "paired.h"
 #include "reporters/report_ec_log_info.h"
+#include "sample_machine.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ std::vector<DisplayInfo> ReadDisplays() {
 
 void InstantDisplays(benchmark::State& state) {
     const auto count = static_cast<std::size_t>(state.range(0));
-    benchmarks::SetInstantDisplays(count);
+    benchmarks::InstantMachine().world().machine.display = benchmarks::SampleDisplay(count);
     if (ReadDisplays().size() != count || benchmarks::WalkDisplays() != count) {
         throw std::runtime_error("a walk did not find all displays");
     }
@@ -57,7 +58,7 @@ std::vector<DeviceInfo> ReadPrinters() {
 
 void InstantPrinters(benchmark::State& state) {
     const auto count = static_cast<std::size_t>(state.range(0));
-    benchmarks::SetInstantPrinters(count);
+    benchmarks::InstantMachine().world().machine.printers = benchmarks::SamplePrinters(count);
     if (ReadPrinters().size() != count) {
         throw std::runtime_error("not all printers were read");
     }

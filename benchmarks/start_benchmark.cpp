@@ -5,8 +5,10 @@
 #include <stdexcept>
 #include <thread>
 
-#include "instant/instant_calls.h"
+#include "instant_system.h"
 #include "paired.h"
+#include "simulation/fakes/threads.h"
+#include "support/comes_true.h"
 #include "support/loop_wait_probe.h"
 #include "support/plugin_module.h"
 
@@ -17,39 +19,47 @@ const test_support::PluginsManager& Manager() {
     return manager;
 }
 
-template <class Condition>
-void WaitUntil(Condition condition) {
-    for (int i = 0; !condition(); ++i) {
-        if (i == 10000) {
-            throw std::runtime_error("the plug-in does not come to its end");
-        }
-        Sleep(1);
+void Require(bool holds) {
+    if (!holds) {
+        throw std::runtime_error("the plug-in does not come to its end");
     }
+}
+
+/// A user is at the console and has the optimisation component.
+simulation::Machine MachineWithUser() {
+    simulation::Machine machine;
+    machine.logons.consoleSession = 1;
+    machine.logons.sessions = {{1, WTSActive, L"PC\\ann"}};
+    machine.logons.accounts[L"PC\\ann"] = L"S-1-5-21-1004336348-1177238915-682003330-1001";
+    machine
+        .fileVersions
+            [L"C:\\Program Files\\Zentro\\Orbisuite\\components\\TuneBoost\\"
+             L"TuneBoostCenter.exe"]
+        .product = {12, 0, 3, 105};
+    return machine;
 }
 
 /// Loads the library, since it starts once, and times its Start.
 double TimeStart() {
     // Before the library, which registers with it and does not keep it.
     const test_support::PluginsManager& manager = Manager();
-    const unsigned before = benchmarks::EndedMonitors();
     double seconds = 0;
     {
         const test_support::PluginModule module;
-        simulation::ImportRedirection redirection(module.Handle());
-        benchmarks::PutInstantSuite(redirection);
-        benchmarks::PutInstantDevices(redirection);
-        benchmarks::PutInstantWindow(redirection);
-        benchmarks::PutInstantLogon(redirection);
+        simulation::SimulatedMachine machine(module.Handle(), MachineWithUser());
+        machine.world().journal.Stop();
+        // The monitor's thread ends at once: what it does next to Start is not Start's.
+        machine.world().faults.FailEveryCall("RegisterClassW", ERROR_NOT_ENOUGH_MEMORY);
         const test_support::LoopWaitProbe loop(module.Handle());
         const std::shared_ptr<ZedPlugin> plugin = module.Create(manager);
         const auto start = [&plugin] { return plugin->Start(); };
         seconds = benchmarks::Time(start);
-        WaitUntil([&loop] { return loop.LoopWaits(); });
-        // The monitor's thread would go on with the real system's answers.
-        WaitUntil([before] { return benchmarks::EndedMonitors() > before; });
+        Require(loop.LoopWaits());
+        Require(simulation::WaitForThreads(machine.world(), test_support::kPatience));
         plugin->Stop();
     }
-    WaitUntil([] { return !test_support::IsLoaded(L"TallyportPlugin.dll"); });
+    Require(
+        test_support::ComesTrue([] { return !test_support::IsLoaded(L"TallyportPlugin.dll"); }));
     return seconds;
 }
 
@@ -84,6 +94,7 @@ BENCHMARK(Start)->UseManualTime()->Unit(benchmark::kMicrosecond)->Iterations(30)
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+    benchmarks::UseInstantSuite();
     TimeStart();
     benchmark::Initialize(&argumentCount, arguments);
     benchmark::RunSpecifiedBenchmarks();

@@ -1,15 +1,18 @@
 # tallyport_add_test_program(NAME <name> LABEL <label>... SOURCES <file>... [LIBRARIES <target>...]
-#                            [TIMEOUT <seconds>] [ACCELERATED [SPEED <n>]])
+#                            [TIMEOUT <seconds>] [ACCELERATED [SPEED <n>]] [HEADERS_OF <target>])
 #
 # Builds a GoogleTest program and registers it as one CTest entry. Cross-built programs run in Wine
 # through tools/wine/run_test; the checked build has Wine check the heap as well. ACCELERATED runs the
 # program on a clock that is SPEED times as fast (36000 unless given: an hour in a tenth of a second).
+# HEADERS_OF names the target whose precompiled headers serve, test_support's unless given.
 # A program that leaves a record for the table of `./dev test reliability` has that label as well;
 # support/reliability_record.h says more.
-# Includes are written from src/, workbench/ and tests/.
+#
+# The target `tests_LABEL` builds all programs of a label. Includes are written from src/, workbench/
+# and tests/.
 function(tallyport_add_test_program)
     cmake_parse_arguments(PARSE_ARGV 0 arg
-        "ACCELERATED" "NAME;TIMEOUT;SPEED" "LABEL;SOURCES;LIBRARIES")
+        "ACCELERATED" "NAME;TIMEOUT;SPEED;HEADERS_OF" "LABEL;SOURCES;LIBRARIES")
     foreach(required NAME LABEL SOURCES)
         if(NOT arg_${required})
             message(FATAL_ERROR "tallyport_add_test_program: ${required} is missing")
@@ -29,19 +32,15 @@ function(tallyport_add_test_program)
     target_include_directories(${arg_NAME} PRIVATE
         "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/workbench" "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${arg_NAME} PRIVATE
-        tallyport_compiler_settings ${arg_LIBRARIES} gmock_main)
-    if(NOT MSVC)
-        # The optimiser takes the address of an imported function for constant, so a test that calls
-        # one before and after its redirection would call the old one twice. The product's objects
-        # stay optimised.
-        target_compile_options(${arg_NAME} PRIVATE -O0)
-        # Linking the tests' own debug information would take longer than compiling them. The debug
-        # build has it, to step through.
-        if(TALLYPORT_CHECKED OR NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
-            target_compile_options(${arg_NAME} PRIVATE -g0)
-        endif()
-        target_link_options(${arg_NAME} PRIVATE $<$<CONFIG:RelWithDebInfo>:-s>)
+        tallyport_workbench_settings ${arg_LIBRARIES} gmock_main)
+    if(arg_HEADERS_OF)
+        target_precompile_headers(${arg_NAME} REUSE_FROM ${arg_HEADERS_OF})
+    else()
+        target_precompile_headers(${arg_NAME} REUSE_FROM test_support)
     endif()
+    foreach(label IN LISTS arg_LABEL)
+        add_dependencies(tests_${label} ${arg_NAME})
+    endforeach()
 
     if(CMAKE_CROSSCOMPILING)
         set(runner "${PROJECT_SOURCE_DIR}/tools/wine/run_test" --timeout ${arg_TIMEOUT})

@@ -6,18 +6,19 @@ namespace benchmarks {
 namespace {
 
 constexpr std::size_t kMaxDisplays = 64;
+/// Of one of the sample machine's monitors.
+constexpr char kKey[] =
+    "SYSTEM\\CurrentControlSet\\Enum\\DISPLAY\\HWP2718\\4&1f9d0a6b&0&UID0\\Device Parameters";
 
 template <class Request>
 void Ask(Request& request, DISPLAYCONFIG_DEVICE_INFO_TYPE type, UINT32 id) {
-    request.header.type = type;
-    request.header.size = sizeof(request);
-    request.header.id = id;
+    request.header = {type, sizeof(request), /*adapterId=*/{}, id};
     DisplayConfigGetDeviceInfo(&request.header);
 }
 
 void ReadEdid() {
     HKEY key = nullptr;
-    RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SYSTEM", 0, KEY_READ, &key);
+    RegOpenKeyExA(HKEY_LOCAL_MACHINE, kKey, 0, KEY_READ, &key);
     DWORD type = 0;
     DWORD size = 0;
     BYTE edid[256];

@@ -1,5 +1,3 @@
-// The HID interface class is defined, not only declared, in this file.
-#define INITGUID
 #include "device_reporter/device_enumeration.h"
 
 #include <cfgmgr32.h>
@@ -100,7 +98,7 @@ DeviceInfo ReadDevice(HDEVINFO set, SP_DEVINFO_DATA& device, const std::wstring&
     return record;
 }
 
-bool FillDeviceMap(const FillOptions& options, DeviceMap& devices) {
+bool AddDevices(const FillOptions& options, DeviceMap& devices) {
     if (IsFull(devices, options.functionName)) {
         return false;
     }
@@ -133,16 +131,23 @@ bool FillDeviceMap(const FillOptions& options, DeviceMap& devices) {
 }  // namespace
 
 bool AddAllDevicesToMap(DeviceMap& devices) {
-    return FillDeviceMap({/*interfaceClass=*/nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES,
-                          /*readHidInterfaces=*/false, "DeviceReporter::AddAllDevicesToMap"},
-                         devices);
+    return AddDevices({/*interfaceClass=*/nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES,
+                       /*readHidInterfaces=*/false, "DeviceReporter::AddAllDevicesToMap"},
+                      devices);
 }
 
 bool AddDeviceInterfaceToMap(const GUID& interfaceClass, DeviceMap& devices) {
     // Whatever the class is, a device may have HID interfaces as well.
-    return FillDeviceMap({&interfaceClass, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE,
-                          /*readHidInterfaces=*/true, "DeviceReporter::AddDeviceInterfaceToMap"},
-                         devices);
+    return AddDevices({&interfaceClass, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE,
+                       /*readHidInterfaces=*/true, "DeviceReporter::AddDeviceInterfaceToMap"},
+                      devices);
+}
+
+void FillDeviceMap(DeviceMap& devices) {
+    // HID first: a device that is known already is not refreshed, and only this fill asks HID
+    // devices for their own texts.
+    AddDeviceInterfaceToMap(GUID_DEVINTERFACE_HID, devices);
+    AddAllDevicesToMap(devices);
 }
 
 }  // namespace DeviceReporter

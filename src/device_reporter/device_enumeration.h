@@ -17,4 +17,7 @@ bool AddAllDevicesToMap(DeviceMap& devices);
 /// with HID interfaces gets the texts that the HID device itself gives. Otherwise as above.
 bool AddDeviceInterfaceToMap(const GUID& interfaceClass, DeviceMap& devices);
 
+/// The first fill of the map: devices with a HID interface, then all others.
+void FillDeviceMap(DeviceMap& devices);
+
 }  // namespace DeviceReporter

@@ -1,10 +1,7 @@
 #include "device_reporter/device_list_payload.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,16 +23,6 @@ struct DeviceList {
     const char* key;
     std::vector<std::string> chunks;
 };
-
-std::vector<DeviceInfo> ListPrinters() {
-    std::vector<DeviceInfo> printers;
-    std::unique_ptr<BYTE[]> printerInfoList;
-    DWORD count = 0;
-    if (EnumPrinterList(printerInfoList, count)) {
-        ParsePrinters(printerInfoList.get(), count, printers);
-    }
-    return printers;
-}
 
 std::vector<DeviceList> BuildDeviceLists(const ReportDeviceInfo& reporter) {
     std::vector<DeviceInfo> hidDevices;

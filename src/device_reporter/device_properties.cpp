@@ -1,5 +1,3 @@
-// The property keys are defined, not only declared, in this file.
-#define INITGUID
 #include "device_reporter/device_properties.h"
 
 #include <devpkey.h>

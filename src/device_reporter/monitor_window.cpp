@@ -4,12 +4,9 @@
 // The window's user data slot holds the reporter from WM_NCCREATE to WM_NCDESTROY; messages outside
 // that span get default handling only.
 
-// The interface classes are defined, not only declared, in this file.
-#define INITGUID
 #include <windows.h>
 
-// Behind <windows.h>, which they need.
-#include <hidclass.h>
+// Behind <windows.h>, which it needs.
 #include <usbiodef.h>
 
 #include "device_reporter/device_enumeration.h"
@@ -96,10 +93,7 @@ DWORD WINAPI ReportDeviceInfo::MonitorThreadProc(void* param) {
         WriteLogLine(LOG_LEVEL_NORMAL, kThreadName, "failed to init message only window");
         return 0;
     }
-    // HID first: a device that is known already is not refreshed, and only this fill asks HID
-    // devices for their own texts.
-    AddDeviceInterfaceToMap(GUID_DEVINTERFACE_HID, reporter->devices);
-    AddAllDevicesToMap(reporter->devices);
+    FillDeviceMap(reporter->devices);
     RunMessageLoop();
     // A quit message that did not come from the window leaves the window behind.
     if (IsWindow(window)) {

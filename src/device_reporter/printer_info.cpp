@@ -3,6 +3,7 @@
 // Behind <windows.h>, which it needs.
 #include <winspool.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -46,9 +47,11 @@ DeviceInfo MakePrinterRecord(const PRINTER_INFO_2W& printer) {
 
 bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count) {
     count = 0;
+    DWORD blockSize = 0;
     DWORD needed = 0;
     DWORD returned = 0;
-    const auto enumPrinters = [&needed, &returned](BYTE* block, DWORD size) {
+    const auto enumPrinters = [&blockSize, &needed, &returned](BYTE* block, DWORD size) {
+        blockSize = size;
         return EnumPrintersW(PRINTER_ENUM_LOCAL, /*Name=*/nullptr, /*Level=*/2, block, size,
                              &needed, &returned);
     };
@@ -58,7 +61,8 @@ bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count) {
     if (!printerInfoList) {
         return true;
     }
-    if (needed < std::uint64_t{returned} * sizeof(PRINTER_INFO_2W)) {
+    // Nobody keeps a spooler from telling a size beyond that of the block.
+    if (std::min(blockSize, needed) < std::uint64_t{returned} * sizeof(PRINTER_INFO_2W)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kListTexts.functionName,
                      "printer list data error, dwReturned=", returned, ", dwNeeded=", needed);
         return false;
@@ -84,6 +88,16 @@ bool ParsePrinters(const BYTE* printerInfoList, DWORD count, std::vector<DeviceI
         printers.push_back(std::move(record));
     }
     return true;
+}
+
+std::vector<DeviceInfo> ListPrinters() {
+    std::vector<DeviceInfo> printers;
+    std::unique_ptr<BYTE[]> printerInfoList;
+    DWORD count = 0;
+    if (EnumPrinterList(printerInfoList, count)) {
+        ParsePrinters(printerInfoList.get(), count, printers);
+    }
+    return printers;
 }
 
 bool UpdatePrinterDriverInfo(const std::wstring& printerName, DeviceInfo& record) {
@@ -118,14 +132,15 @@ bool GetPrinterDriverInfo(HANDLE printer, std::unique_ptr<BYTE[]>& driverInfo) {
     DWORD needed = 0;
     DWORD returned = 0;
     const auto getDriver = [printer, &needed, &returned](BYTE* block, DWORD size) {
-        // The second call's size is kept apart: it says how much of the block was filled.
+        // The second call's size is kept apart: it says how much of the block was filled, which
+        // may be a lie beyond the block's own size.
         return GetPrinterDriverW(printer, /*pEnvironment=*/nullptr, /*Level=*/6, block, size,
                                  block == nullptr ? &needed : &returned);
     };
     if (!RunSpoolerQuery(kDriverTexts, getDriver, needed, driverInfo)) {
         return false;
     }
-    if (driverInfo && returned < sizeof(DRIVER_INFO_6W)) {
+    if (driverInfo && std::min(needed, returned) < sizeof(DRIVER_INFO_6W)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kDriverTexts.functionName,
                      "printer driver data error, dwReturned=", returned, ", dwNeeded=", needed);
         return false;

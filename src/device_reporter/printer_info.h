@@ -20,6 +20,9 @@ bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count);
 /// there is no list.
 bool ParsePrinters(const BYTE* printerInfoList, DWORD count, std::vector<DeviceInfo>& printers);
 
+/// The records of all local queues; none when they cannot be listed. Monitor thread only.
+std::vector<DeviceInfo> ListPrinters();
+
 /// Completes a queue's record with its driver's maker and hardware id. False, with a log line, when
 /// the queue cannot be opened or its driver is not known.
 bool UpdatePrinterDriverInfo(const std::wstring& printerName, DeviceInfo& record);

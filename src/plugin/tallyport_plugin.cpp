@@ -21,7 +21,8 @@ constexpr unsigned int kECLogEventCode = 675;
 const ReportBiosInfo biosReporter;
 const ReportPopUpBlockInfo popUpBlockReporter;
 ModuleInstance<VrSDK::BiosEventMonitor> biosEventMonitor;
-/// True once a subscription succeeded. Start and Stop run on the host's thread.
+/// Whether the latest subscription succeeded. Stop leaves it as it is. Start and Stop run on the
+/// host's thread.
 bool biosEventMonitorStarted = false;
 
 /// The list itself goes out once a day at most: the hourly run only asks whether it is due.
@@ -43,9 +44,7 @@ void OnBiosEvent(unsigned int eventCode) {
 }
 
 void StartBiosEvents() {
-    if (biosEventMonitor->StartEventMonitor(&OnBiosEvent) == 0) {
-        biosEventMonitorStarted = true;
-    }
+    biosEventMonitorStarted = biosEventMonitor->StartEventMonitor(&OnBiosEvent) == 0;
 }
 
 void StopBiosEvents() {

@@ -77,15 +77,22 @@ void TimerReportMgr::Loop() {
 }
 
 bool TimerReportMgr::WaitForTick(std::unique_lock<std::mutex>& lock) {
-    const bool stopCameBefore = !running_;
     const std::chrono::hours tick(tickHours_);
     const auto begin = std::chrono::steady_clock::now();
     const auto deadline = std::chrono::system_clock::now() + tick;
+    const bool stopCameBefore = !running_;
     const bool timedOut = wakeCond_.wait_until(lock, deadline) == std::cv_status::timeout;
-    const bool tickPassed = std::chrono::steady_clock::now() - begin >= tick - kClockSlack;
-    // The library tells a time-out by the wall clock. Where that was slowed down during the wait, a
-    // tick would count as ended early, hour after hour; where it was set ahead, Stop as a time-out.
-    return running_ ? timedOut || tickPassed : timedOut && (stopCameBefore || tickPassed);
+    if (!running_ && !stopCameBefore) {
+        // No clock is asked whether the tick had passed: both go on while the machine sleeps, the
+        // wait does not. Reports that a night made due must not run inside Stop.
+        return false;
+    }
+    if (timedOut) {
+        return true;
+    }
+    // The library tells a time-out by the wall clock. Where that was slewed or set back during the
+    // wait, a tick would count as ended early, hour after hour.
+    return std::chrono::steady_clock::now() - begin >= tick - kClockSlack;
 }
 
 void TimerReportMgr::Stop() {

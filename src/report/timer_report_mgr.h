@@ -52,8 +52,8 @@ private:
 
     void UpdateTick();
     void Loop();
-    /// Waits for the tick to pass. False when the wait ended early, by Stop or by nothing at all;
-    /// in the last seconds of a tick the latter counts as its end.
+    /// Waits for the tick to pass. False when Stop came during the wait, or when the wait ended
+    /// early for no reason; in the last seconds of a tick the latter counts as its end.
     bool WaitForTick(std::unique_lock<std::mutex>& lock);
 
     std::thread thread_;

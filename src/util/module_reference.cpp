@@ -1,19 +1,12 @@
 #include "util/module_reference.h"
 
-namespace {
-
-HMODULE FindThisModule(DWORD flags) {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(flags | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                       reinterpret_cast<const wchar_t*>(&FindThisModule), &module);
-    return module;
+ScopedModule ReferenceThisModule() {
+    ScopedModule reference;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<const wchar_t*>(&ReferenceThisModule), reference.Receive());
+    return reference;
 }
 
-}  // namespace
-
-ScopedModule ReferenceThisModule() { return ScopedModule(FindThisModule(/*flags=*/0)); }
-
-void ReleaseThisModuleAndExitThread(DWORD exitCode) {
-    FreeLibraryAndExitThread(FindThisModule(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT),
-                             exitCode);
+void ReleaseThisModuleAndExitThread(ScopedModule reference, DWORD exitCode) {
+    FreeLibraryAndExitThread(reference.Release(), exitCode);
 }

@@ -8,6 +8,6 @@
 /// refuses.
 ScopedModule ReferenceThisModule();
 
-/// Gives one reference back and ends the calling thread, without returning into code that may be
+/// Gives the reference back and ends the calling thread, without returning into code that may be
 /// unmapped by then. Destructors of the caller's objects do not run.
-[[noreturn]] void ReleaseThisModuleAndExitThread(DWORD exitCode);
+[[noreturn]] void ReleaseThisModuleAndExitThread(ScopedModule reference, DWORD exitCode);

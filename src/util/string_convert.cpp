@@ -38,6 +38,9 @@ std::wstring StringToWString(const std::string& text) {
     const int length = static_cast<int>(text.size());
     const int size = MultiByteToWideChar(CP_ACP, /*dwFlags=*/0, text.data(), length,
                                          /*lpWideCharStr=*/nullptr, /*cchWideChar=*/0);
+    if (size == 0) {
+        return {};
+    }
     std::wstring result(static_cast<std::size_t>(size), L'\0');
     MultiByteToWideChar(CP_ACP, /*dwFlags=*/0, text.data(), length, result.data(), size);
     return result;

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "support/loop_wait_probe.h"
 #include "support/recorded_log.h"
 #include "support/timer_internals.h"
 

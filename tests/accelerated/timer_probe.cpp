@@ -1,9 +1,11 @@
-// Does with the timer manager what must end the process, and tells on standard output why it ended.
+// Does with the timer manager what ends the process, and tells on standard output why it ended.
 #include <windows.h>
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -13,7 +15,8 @@
 
 namespace {
 
-constexpr DWORD kTwoHours = 2 * 3600 * 1000;
+/// A minute of real time and more, of which the loop needs a tenth of a second.
+constexpr DWORD kLongerThanTheLoopNeeds = 800 * 3600 * 1000u;
 
 [[noreturn]] void End(const std::string& reason, unsigned exitCode) {
     std::printf("%s\n", reason.c_str());
@@ -43,7 +46,20 @@ constexpr DWORD kTwoHours = 2 * 3600 * 1000;
 void RunHourly(const TimerReportMgr::Callback& callback) {
     TimerReportMgr::GetInstance().RegisterReportCallback(callback, 1);
     TimerReportMgr::GetInstance().Start();
-    Sleep(kTwoHours * 100);
+    Sleep(kLongerThanTheLoopNeeds);
+}
+
+bool managerIsGone = false;
+
+struct PartOfTheManager {
+    ~PartOfTheManager() { managerIsGone = true; }
+};
+
+/// At the end of the program what was made last goes first.
+void UseTheManagerForTheFirstTime() {
+    std::atexit([] { End(managerIsGone ? "made on first use" : "made at load", 70); });
+    const auto part = std::make_shared<PartOfTheManager>();
+    TimerReportMgr::GetInstance().RegisterReportCallback([part] {}, 1);
 }
 
 }  // namespace
@@ -60,6 +76,9 @@ int main(int argumentCount, char** arguments) {
         TimerReportMgr::GetInstance().RegisterReportCallback([] {}, 1);
         TimerReportMgr::GetInstance().Start();
         TimerReportMgr::GetInstance().Start();
+    } else if (scenario == "first-use") {
+        UseTheManagerForTheFirstTime();
+        std::exit(1);
     }
     End("survived", 1);
 }

@@ -1,4 +1,4 @@
-// What must not be done with the timer manager ends the process.
+// The timer manager when the process ends, and what must not be done with it and ends the process.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -43,6 +43,10 @@ TEST_F(EndOfTheProcess, IsASecondStartWhileTheLoopRuns) {
     EXPECT_THAT(result.output, HasSubstr("no exception"));
     EXPECT_THAT(result.output, Not(HasSubstr("survived")));
     EXPECT_EQ(result.exitCode, 73u);
+}
+
+TEST_F(EndOfTheProcess, BeginsWithAManagerThatWasMadeOnFirstUse) {
+    EXPECT_THAT(RunScenario(L"first-use").output, HasSubstr("made on first use"));
 }
 
 }  // namespace

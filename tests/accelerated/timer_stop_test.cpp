@@ -41,14 +41,14 @@ protected:
 };
 
 TEST_F(TimerLoopStop, EndsAWaitAndRunsNothing) {
-    Register("day", 24);
+    Register("forty days", 40 * 24);
+    const test_support::LoopWaitProbe probe(GetModuleHandleW(nullptr));
     timeline.Clear();
     manager.Start();
-    ASSERT_TRUE(timeline.WaitFor(kLoopLine, 1, kPatience));
+    ASSERT_TRUE(probe.LoopWaits(1, kPatience));
     Sleep(2 * 3600 * 1000);
-    const Clock::time_point stop = Clock::now();
     manager.Stop();
-    EXPECT_LT(Clock::now() - stop, hours(12));
+    // A wait that goes on to its end runs what is due then.
     EXPECT_EQ(timeline.Texts(), Texts{kLoopLine});
 }
 

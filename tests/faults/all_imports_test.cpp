@@ -42,7 +42,7 @@ TEST(Imports, AreAllMadeToFailOrHaveAReasonNotToBe) {
         });
         EXPECT_NE(tried, notTried.contains(import.name))
             << import.name << " of " << import.library
-            << " needs rules in expected/ or a reason in not_tried.json, and not both";
+            << " needs rows in expected/ or a reason in not_tried.json, and not both";
     }
     EXPECT_GT(checked, 50u);
 }

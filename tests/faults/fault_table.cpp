@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
 #include <stdexcept>
 
@@ -33,94 +34,155 @@ Scene MakeScene(const Json& machineChanges) {
     return scene;
 }
 
-/// [["remove", "/left/0"], ["add", "/left/0", "File"]] as a JSON patch.
-Json PatchOf(const Json& changes, const Json& named) {
+std::vector<std::string> Split(const std::string& text, const std::string& separator) {
+    std::vector<std::string> parts;
+    std::size_t begin = 0;
+    for (std::size_t end = 0; end != std::string::npos; begin = end + separator.size()) {
+        end = text.find(separator, begin);
+        parts.push_back(text.substr(begin, end - begin));
+    }
+    return parts;
+}
+
+const std::map<char, std::string> kOperations{{'+', "add"}, {'=', "replace"}, {'-', "remove"}};
+
+/// `named` are changes that have a name.
+Json PatchOf(const std::string& changes, const std::map<std::string, Json>& named) {
     Json patch = Json::array();
-    for (const Json& change : changes) {
-        if (change.at(0) == "use") {
-            const Json used = PatchOf(named.at(change.at(1).get<std::string>()), named);
-            patch.insert(patch.end(), used.begin(), used.end());
+    for (const std::string& change : Split(changes, "; ")) {
+        const auto known = named.find(change);
+        if (known != named.end()) {
+            patch.insert(patch.end(), known->second.begin(), known->second.end());
             continue;
         }
-        Json operation = {{"op", change.at(0)}, {"path", change.at(1)}};
-        if (change.size() > 2) {
-            operation["value"] = change.at(2);
+        const std::size_t blank = change.find(' ');
+        patch.push_back(
+            {{"op", kOperations.at(change.at(0))}, {"path", change.substr(1, blank - 1)}});
+        if (blank != std::string::npos) {
+            patch.back()["value"] = Json::parse(change.substr(blank + 1));
         }
-        patch.push_back(std::move(operation));
     }
     return patch;
 }
 
-bool Fits(const Json& rule, const Call& call) {
-    if (rule.at("call") != call.function) {
-        return false;
+/// "name=Office, nth=2"; a text that is empty or has control characters is quoted.
+std::map<std::string, std::string> ContextOf(const std::string& where) {
+    std::map<std::string, std::string> context;
+    for (const std::string& part : Split(where, ", ")) {
+        const std::size_t sign = part.find('=');
+        const std::string value = part.substr(sign + 1);
+        context[part.substr(0, sign)] =
+            value[0] == '"' ? Json::parse(value).get<std::string>() : value;
     }
-    const Json where = rule.value("where", Json::object());
-    return std::all_of(where.items().begin(), where.items().end(), [&](const auto& wanted) {
-        if (wanted.key() == "nth") {
-            return wanted.value() == call.nth;
-        }
-        const auto found = call.context.find(wanted.key());
-        return found != call.context.end() && wanted.value() == found->second;
-    });
+    return context;
 }
 
-FaultRun MakeRun(const Json& rule, const Json& way, const std::string& function, unsigned nth,
-                 const Json& normal, const Json& named) {
-    FaultRun run;
-    run.fault = {function, nth, way.at(0), way.size() > 1 ? way.at(1).get<unsigned>() : 0};
-    run.ends = rule.value("ends", "");
-    if (run.ends.empty()) {
-        run.expected = normal.patch(PatchOf(rule.at("expect"), named));
+/// "Fail 5, NullResult", of a call that is still open.
+std::vector<PlannedFault> WaysOf(const std::string& ways) {
+    std::vector<PlannedFault> faults;
+    for (const std::string& way : Split(ways, ", ")) {
+        const std::vector<std::string> words = Split(way, " ");
+        faults.push_back(
+            {"", 1, words[0], unsigned(std::stoul(words.size() > 1 ? words[1] : "0"))});
     }
-    return run;
+    return faults;
+}
+
+FaultRow ParseRow(const std::string& line, const std::map<std::string, Json>& named) {
+    FaultRow row;
+    row.text = line;
+    const std::vector<std::string> columns = Split(line, " | ");
+    const std::vector<std::string> callAndWhere = Split(columns.at(0), " with ");
+    row.call = callAndWhere[0];
+    if (callAndWhere.size() > 1) {
+        row.where = ContextOf(callAndWhere[1]);
+    }
+    if (columns.at(1) == "cannot fail") {
+        return row;
+    }
+    row.ways = WaysOf(columns[1]);
+    if (columns.at(2).rfind("ends ", 0) == 0) {
+        row.ends = columns[2].substr(5);
+    } else {
+        row.patch = PatchOf(columns[2], named);
+    }
+    return row;
 }
 
 }  // namespace
 
+bool FaultRow::Fits(const Call& made) const {
+    return call == made.function &&
+           std::all_of(where.begin(), where.end(), [&](const auto& wanted) {
+               if (wanted.first == "nth") {
+                   return wanted.second == std::to_string(made.nth);
+               }
+               const auto found = made.context.find(wanted.first);
+               return found != made.context.end() && wanted.second == found->second;
+           });
+}
+
 FaultGroup::FaultGroup(const std::string& name) {
-    const Json document = ReadJson(kFolder / "expected" / (name + ".json"));
-    scenario = document.at("scenario");
-    named = document.value("named", Json::object());
-    rules = document.at("faults");
+    std::ifstream file(kFolder / "expected" / (name + ".txt"), std::ios::binary);
+    std::map<std::string, Json> named{{"nothing", Json::array()}};
+    std::string line;
+    const auto parse = [&] {
+        const std::size_t colon = line.find(": ");
+        if (line.rfind("scenario ", 0) == 0) {
+            scenario = line.substr(9);
+        } else if (line.find(" | ") != std::string::npos) {
+            rows.push_back(ParseRow(line, named));
+        } else if (!line.empty() && line[0] != '#') {
+            named[line.substr(0, colon)] = PatchOf(line.substr(colon + 2), named);
+        }
+    };
+    try {
+        while (std::getline(file, line)) {
+            parse();
+        }
+    } catch (const std::exception& error) {
+        throw std::runtime_error(name + ".txt: " + error.what() + " in: " + line);
+    }
 }
 
 std::vector<FaultRun> FaultGroup::Runs(const Scenario& of, const std::vector<Call>& calls) const {
     std::vector<FaultRun> runs;
     std::set<std::string> taken;
-    for (const Json& rule : rules) {
-        if (rule.contains("cannotFail")) {
-            continue;
-        }
-        std::size_t added = 0;
-        for (const Json& way : rule.at("ways")) {
-            if (rule.at("call") == "malloc") {
-                runs.push_back(MakeRun(rule, way, "malloc", 1, of.outcome, named));
-                ++added;
+    for (const FaultRow& row : rows) {
+        const std::size_t before = runs.size();
+        for (PlannedFault fault : row.ways) {
+            fault.call = row.call;
+            const auto add = [&](unsigned nth) {
+                fault.nth = nth;
+                if (fault.call == "malloc" || taken.insert(Describe(fault)).second) {
+                    runs.push_back(
+                        {fault, row.ends.empty() ? of.outcome.patch(row.patch) : Json(), row.ends});
+                }
+            };
+            if (row.call == "malloc") {
+                add(1);
             }
             for (const Call& call : calls) {
-                const std::string key = call.function + " " + std::to_string(call.nth) + way.dump();
-                if (Fits(rule, call) && taken.insert(key).second) {
-                    runs.push_back(MakeRun(rule, way, call.function, call.nth, of.outcome, named));
-                    ++added;
+                if (row.Fits(call)) {
+                    add(call.nth);
                 }
             }
         }
-        if (added == 0) {
-            throw std::runtime_error("no call fits the rule " + rule.dump());
+        if (runs.size() == before && !row.ways.empty()) {
+            throw std::runtime_error("no call fits the row " + row.text);
         }
     }
     return runs;
 }
 
 bool FaultGroup::Covers(const Call& call) const {
-    return std::any_of(rules.begin(), rules.end(),
-                       [&](const Json& rule) { return Fits(rule, call); });
+    return std::any_of(rows.begin(), rows.end(),
+                       [&](const FaultRow& row) { return row.Fits(call); });
 }
 
 bool FaultGroup::Names(const std::string& function) const {
-    return std::any_of(rules.begin(), rules.end(),
-                       [&](const Json& rule) { return rule.at("call") == function; });
+    return std::any_of(rows.begin(), rows.end(),
+                       [&](const FaultRow& row) { return row.call == function; });
 }
 
 Json LoadNotTried() { return ReadJson(kFolder / "not_tried.json").at("functions"); }
@@ -139,13 +201,28 @@ Scenario LoadScenario(const std::string& name) {
     Scenario scenario{name, MakeScene(document.value("machine", Json::array())), {}, {}};
     scenario.scene.managerIsLoaded = document.value("managerIsLoaded", true);
     scenario.only = document.value("only", std::vector<std::string>());
-    scenario.outcome = document.at("outcome");
+    scenario.outcome = document.contains("outcomeOf") ? LoadScenario(document["outcomeOf"]).outcome
+                                                      : document.at("outcome");
     return scenario;
 }
 
 std::string Describe(const PlannedFault& fault) {
     return "\"" + fault.call + "\" " + std::to_string(fault.nth) + " " + fault.way + " " +
            std::to_string(fault.number);
+}
+
+std::string RowFor(const PlannedFault& fault, const Json& normal, const Json& outcome) {
+    std::string changes;
+    for (const Json& change : Json::diff(normal, outcome)) {
+        const auto sign = std::find_if(
+            kOperations.begin(), kOperations.end(),
+            [&](const auto& operation) { return operation.second == change.at("op"); });
+        changes += (changes.empty() ? "" : "; ") + std::string(1, sign->first) +
+                   change.at("path").get<std::string>();
+        changes += change.contains("value") ? " " + change.at("value").dump() : "";
+    }
+    return fault.call + " with nth=" + std::to_string(fault.nth) + " | " + fault.way + " " +
+           std::to_string(fault.number) + " | " + (changes.empty() ? "nothing" : changes);
 }
 
 }  // namespace faults_test

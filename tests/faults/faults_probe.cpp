@@ -2,6 +2,7 @@
 //
 //     faults_probe SCENARIO                        prints calls and outcome
 //     faults_probe SCENARIO CALL NTH WAY NUMBER    lets a call fail and prints the outcome
+//     faults_probe SCENARIO CALL NTH WAY NUMBER CALL NTH WAY NUMBER    two calls
 #include <windows.h>
 
 #include <csignal>
@@ -33,18 +34,19 @@ std::string CallLine(const Call& call) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-    if (argumentCount != 2 && argumentCount != 6) {
-        std::fputs("usage: faults_probe SCENARIO [CALL NTH WAY NUMBER]\n", stderr);
+    if (argumentCount < 2 || argumentCount > 10 || argumentCount % 4 != 2) {
+        std::fputs("usage: faults_probe SCENARIO [CALL NTH WAY NUMBER [CALL NTH WAY NUMBER]]\n",
+                   stderr);
         return 2;
     }
     std::signal(SIGABRT, &EndHere);
     const Scenario scenario = LoadScenario(arguments[1]);
-    std::optional<PlannedFault> fault;
-    if (argumentCount == 6) {
-        fault = {arguments[2], static_cast<unsigned>(std::atoi(arguments[3])), arguments[4],
-                 static_cast<unsigned>(std::atoll(arguments[5]))};
+    std::vector<PlannedFault> faults;
+    for (int i = 2; i < argumentCount; i += 4) {
+        faults.push_back({arguments[i], static_cast<unsigned>(std::atoi(arguments[i + 1])),
+                          arguments[i + 2], static_cast<unsigned>(std::atoll(arguments[i + 3]))});
     }
-    const Played played = PlayScenario(scenario.scene, fault);
+    const Played played = PlayScenario(scenario.scene, faults);
     for (const Call& call : played.calls) {
         std::printf("%s\n", CallLine(call).c_str());
     }

@@ -67,7 +67,7 @@ const Rehearsed& Rehearse(const std::string& name) {
     if (found == rehearsed.end()) {
         runUnderWay = name;
         Scenario scenario = LoadScenario(name);
-        Played normal = PlayScenario(scenario.scene, std::nullopt);
+        Played normal = PlayScenario(scenario.scene);
         found = rehearsed.emplace(name, Rehearsed{std::move(scenario), std::move(normal)}).first;
     }
     return found->second;
@@ -100,8 +100,8 @@ bool FailedWhereMeant(const PlannedFault& fault, const Played& normal, const Pla
 
 /// Empty when the run ended as laid down, else what was different.
 std::string PlayHere(const Rehearsed& rehearsed, const FaultRun& run) {
-    const Played played = PlayScenario(rehearsed.scenario.scene, run.fault);
-    if (!played.faultWasMet) {
+    const Played played = PlayScenario(rehearsed.scenario.scene, {run.fault});
+    if (!played.faultsWereMet) {
         return "the call was not made";
     }
     if (!FailedWhereMeant(run.fault, rehearsed.normal, played)) {
@@ -111,7 +111,8 @@ std::string PlayHere(const Rehearsed& rehearsed, const FaultRun& run) {
         return {};
     }
     const Json difference = Json::diff(run.expected, played.outcome);
-    return difference.empty() ? "fields are in another order" : difference.dump(2);
+    return (difference.empty() ? "fields are in another order" : difference.dump(2)) +
+           "\nthe row for this: " + RowFor(run.fault, rehearsed.scenario.outcome, played.outcome);
 }
 
 /// The failure ends the process: an error of the standard library that nobody catches.
@@ -123,8 +124,7 @@ std::string PlayInChild(const std::string& scenario, const FaultRun& run) {
     const test_support::ChildResult child = test_support::RunChild(
         test_support::ProgramFolder() + L"\\faults_probe.exe",
         {wide(scenario), wide(run.fault.call), std::to_wstring(run.fault.nth), wide(run.fault.way),
-         std::to_wstring(run.fault.number)},
-        std::chrono::seconds(60));
+         std::to_wstring(run.fault.number)});
     if (!child.finished) {
         return "it hangs";
     }

@@ -23,7 +23,7 @@ struct Observed {  // NOLINT(bugprone-exception-escape): Json's order copies whe
     Json left;
     std::vector<Call> calls;
     std::size_t keptBlocks = 0;
-    bool faultWasMet = false;
+    bool faultsWereMet = false;
 };
 
 /// {"host": ["3 Register timer:12(...)", ...], "loop": [...], "monitor": [...], "firmware": [...]}

@@ -7,7 +7,8 @@
 #include <memory>
 #include <thread>
 
-#include "faults/kept_blocks.h"
+#include "faults/kept_resources.h"
+#include "faults/loaded_plugin.h"
 #include "faults/more_fakes.h"
 #include "faults/observations.h"
 #include "faults/simulated_load.h"
@@ -26,14 +27,8 @@ namespace {
 using device_monitor_test::PassingHours;
 using simulation::FaultVariant;
 using simulation::World;
-
-constexpr UINT kMarkerMessage = WM_USER + 1;
-constexpr auto kPatience = std::chrono::seconds(20);
-
-template <class Condition>
-bool ComesTrue(Condition condition) {
-    return test_support::ComesTrue(condition, kPatience);
-}
+using test_support::ComesTrue;
+using test_support::kPatience;
 
 std::optional<FaultVariant> VariantOf(const std::string& way) {
     for (const FaultVariant variant : {FaultVariant::Fail, FaultVariant::NullResult,
@@ -47,26 +42,16 @@ std::optional<FaultVariant> VariantOf(const std::string& way) {
 
 class Player {
 public:
-    Player(const Scene& theScene, const std::optional<PlannedFault>& theFault)
-        : scene(theScene), fault(theFault), suite(theScene.machine, theFault) {}
+    Player(const Scene& theScene, const std::vector<PlannedFault>& faults)
+        : scene(theScene), suite(theScene.machine, faults) {}
 
     Played Play() {
-        if (fault && fault->call == "malloc") {
-            refusal.emplace(fault->number);
-            if (fault->way == "RefuseAtStart") {
-                suite.recorded.log.onLine = [this](const test_support::LogLine& line) {
-                    if (line.text.rfind(L"Register timer:1(", 0) == 0) {
-                        refused = refusal->Count();
-                        refusal.reset();
-                    }
-                };
-            }
-        }
+        PlanRefusal();
         if (scene.managerIsLoaded) {
             manager.emplace();
         }
         load = std::make_unique<SimulatedLoad>(
-            scene.machine, [this](World& world) { PlanFault(world); },
+            scene.machine, [this](World& world) { PlanFaults(world); },
             [this](World& world) { Observe(world); });
         steps["load"] = load->Module() == nullptr ? "refused" : "loaded";
         if (load->Module() != nullptr) {
@@ -76,10 +61,14 @@ public:
     }
 
 private:
-    void PlanFault(World& world) {
-        if (fault && !suite.FaultApplied() && fault->call != "malloc") {
-            world.faults.FailCall(fault->call, fault->nth, fault->number,
-                                  VariantOf(fault->way).value());
+    void PlanRefusal();
+
+    void PlanFaults(World& world) {
+        for (const PlannedFault& fault : suite.OtherFaults()) {
+            if (fault.call != "malloc") {
+                world.faults.FailCall(fault.call, fault.nth, fault.number,
+                                      VariantOf(fault.way).value());
+            }
         }
     }
 
@@ -100,7 +89,6 @@ private:
     void Work(ZedPlugin& plugin, PassingHours& hours);
     void PlugDevice();
     void RaiseFirmwareEvent();
-    std::string MonitorState();
     bool MonitorHasEnded() {
         return simulation::WaitForThreads(load->World(), std::chrono::milliseconds(0));
     }
@@ -118,7 +106,7 @@ private:
         observed.left = LeftResources(world.ledger);
         observed.calls = CallsOf(world.journal.Entries(), ThreadNames());
         observed.keptBlocks = KeptBlocks();
-        observed.faultWasMet = world.faults.Missed().empty();
+        observed.faultsWereMet = world.faults.Missed().empty();
     }
 
     ThreadNamesById ThreadNames() const {
@@ -129,8 +117,8 @@ private:
 
     Played Result();
     const Scene& scene;
-    const std::optional<PlannedFault>& fault;
     SuiteOfScenario suite;
+    bool refuses = false;
     std::optional<simulation::MallocFailure> refusal;
     unsigned refused = 0;  ///< By a refusal that is over.
     std::optional<test_support::PluginsManager> manager;
@@ -141,22 +129,22 @@ private:
     Observed observed;
 };
 
-/// What the monitor does when it has dealt with everything so far.
-std::string Player::MonitorState() {
-    const HWND window = simulation::FindMonitorWindow();
-    const auto markers = [this] {
-        const auto calls = load->World().journal.Calls("DefWindowProcW");
-        return std::count_if(calls.begin(), calls.end(), [](const simulation::JournalEntry& call) {
-            return call.finished && call["message"] == std::to_string(kMarkerMessage);
-        });
-    };
-    const auto before = markers();
-    const bool posted = window != nullptr && PostMessageW(window, kMarkerMessage, 0, 0) != FALSE;
-    if (!posted) {
-        return ComesTrue([this] { return MonitorHasEnded(); }) ? "has ended" : "hangs";
+void Player::PlanRefusal() {
+    for (const PlannedFault& fault : suite.OtherFaults()) {
+        if (fault.call != "malloc") {
+            continue;
+        }
+        refuses = true;
+        refusal.emplace(fault.number);
+        if (fault.way == "RefuseAtStart") {
+            suite.recorded.log.onLine = [this](const test_support::LogLine& line) {
+                if (line.text.rfind(L"Register timer:1(", 0) == 0) {
+                    refused = refusal->Count();
+                    refusal.reset();
+                }
+            };
+        }
     }
-    const bool answers = ComesTrue([&] { return markers() > before || MonitorHasEnded(); });
-    return !answers ? "hangs" : MonitorHasEnded() ? "has ended" : "listens";
 }
 
 void Player::PlugDevice() {
@@ -187,16 +175,16 @@ void Player::Work(ZedPlugin& plugin, PassingHours& hours) {
         HeldMonitorThread::LetGo();
         ComesTrue(
             [this] { return load->World().journal.Count("GetMessageW") > 0 || MonitorHasEnded(); });
-        steps["monitor"] = MonitorState();
+        steps["monitor"] = MonitorState(load->World());
     }
     PlugDevice();
     // A day has passed and the next hour, at which the list is due, with it.
     load->World().clock.Advance(std::chrono::hours(24));
     steps["tick"] = hours.PassTick() ? "done" : "hangs";
-    steps["monitorAfterTick"] = monitored ? MonitorState() : "absent";
+    steps["monitorAfterTick"] = monitored ? MonitorState(load->World()) : "absent";
     RaiseFirmwareEvent();
     steps["stop"] = plugin.Stop() ? "true" : "false";
-    steps["monitorAfterStop"] = monitored ? MonitorState() : "absent";
+    steps["monitorAfterStop"] = monitored ? MonitorState(load->World()) : "absent";
     if (steps["monitorAfterStop"] == "listens") {
         PostMessageW(simulation::FindMonitorWindow(), WM_CLOSE, 0, 0);
         ComesTrue([this] { return MonitorHasEnded(); });
@@ -220,10 +208,8 @@ Played Player::Result() {
     for (Call& call : suite.Calls()) {
         played.calls.push_back(std::move(call));
     }
-    played.faultWasMet = observed.faultWasMet;
-    if (fault && fault->call == "malloc") {
-        played.faultWasMet = (refusal ? refusal->Count() : refused) > 0;
-    }
+    played.faultsWereMet =
+        observed.faultsWereMet && (!refuses || (refusal ? refusal->Count() : refused) > 0);
     played.outcome = {{"steps", steps},
                       {"lines", observed.lines},
                       {"events", EventsById(suite.recorded.events.All())},
@@ -237,8 +223,8 @@ Played Player::Result() {
 
 }  // namespace
 
-Played PlayScenario(const Scene& scene, const std::optional<PlannedFault>& fault) {
-    return Player(scene, fault).Play();
+Played PlayScenario(const Scene& scene, const std::vector<PlannedFault>& faults) {
+    return Player(scene, faults).Play();
 }
 
 }  // namespace faults_test

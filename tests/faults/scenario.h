@@ -3,7 +3,6 @@
 
 #include <map>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -53,9 +52,10 @@ struct Call {
 struct Played {  // NOLINT(bugprone-exception-escape): Json's order copies when it moves
     Json outcome;
     std::vector<Call> calls;
-    bool faultWasMet = false;
+    bool faultsWereMet = false;  ///< All of them.
 };
 
-Played PlayScenario(const Scene& scene, const std::optional<PlannedFault>& fault);
+/// At most one of the faults may be of malloc.
+Played PlayScenario(const Scene& scene, const std::vector<PlannedFault>& faults = {});
 
 }  // namespace faults_test

@@ -7,10 +7,12 @@
 #include <string>
 #include <string_view>
 
-#include "faults/kept_blocks.h"
+#include "faults/kept_resources.h"
 #include "faults/more_fakes.h"
-#include "faults/runtime_handles.h"
 #include "support/child_process.h"
+
+// Exported and documented by the system, but in no header of the toolchain.
+extern "C" __declspec(dllimport) BOOLEAN NTAPI RtlDllShutdownInProgress();
 
 namespace faults_test {
 namespace {
@@ -41,8 +43,7 @@ Function* FromLoader(const char* name) {
 std::vector<simulation::FakeFamily> Families() {
     std::vector<simulation::FakeFamily> families = simulation::AllFakeFamilies();
     families.push_back(InstallMoreFakes);
-    families.push_back(FollowBlocks);
-    families.push_back(FollowRuntimeHandles);
+    families.push_back(FollowKeptResources);
     return families;
 }
 
@@ -88,6 +89,10 @@ bool SimulatedLoad::Release() {
 bool SimulatedLoad::IsMapped() const { return GetModuleHandleW(kLibrary) != nullptr; }
 
 void CALLBACK SimulatedLoad::OnLoaderNotification(ULONG reason, const void* data, void* context) {
+    // The threads that were terminated may have held any lock of ours.
+    if (RtlDllShutdownInProgress()) {
+        return;
+    }
     const auto& notification = *static_cast<const LoaderNotification*>(data);
     const std::wstring_view name(notification.baseName->Buffer,
                                  notification.baseName->Length / sizeof(wchar_t));

@@ -19,6 +19,7 @@ public:
 
     /// `afterMapping` runs before the library does anything, `beforeUnmapping` after it did
     /// everything, on whichever thread lets the last reference go. Both under the loader's lock.
+    /// When the process ends instead, everything stays as it is.
     SimulatedLoad(const simulation::Machine& described, WorldUser afterMapping,
                   WorldUser beforeUnmapping);
     /// Gives back all references that are left, whoever forgot them.

@@ -29,9 +29,9 @@ std::string UserKey(const simulation::Logons& logons) {
     return {};
 }
 
-void SetTexts(const simulation::Machine& machine, const std::string& empty) {
+void SetTexts(const simulation::Machine& machine, const std::set<std::string>& empty) {
     const auto text = [&](const char* operation, const std::wstring& value) {
-        return empty == operation ? L"" : value.c_str();
+        return empty.count(operation) != 0 ? L"" : value.c_str();
     };
     const simulation::Firmware& firmware = machine.firmware.value();
     BoardInfo_SetTexts(text("SmBiosHelper::GetBoardProductName", firmware.boardProduct),
@@ -58,8 +58,8 @@ bool IsCall(const std::string& note) {
 }  // namespace
 
 SuiteOfScenario::SuiteOfScenario(const simulation::Machine& machine,
-                                 const std::optional<PlannedFault>& fault) {
-    SetTexts(machine, {});
+                                 const std::vector<PlannedFault>& faults) {
+    SetTexts(machine, emptyTexts);
     const simulation::EcLogAnswer& ecLog = machine.suite.ecLog;
     WmiKit_SetAnswer(ecLog.callResult, ecLog.status, ecLog.dataSize, ecLog.data.data(),
                      ecLog.data.size());
@@ -67,7 +67,11 @@ SuiteOfScenario::SuiteOfScenario(const simulation::Machine& machine,
     EditionAdapt_SetFeature(kFeature, machine.suite.features.at(kFeature));
     EditionAdapt_SetObserver(&NoteEditionCall, &recorded.timeline);
     PrepareRegistry(machine);
-    applied = fault && (Apply(*fault, machine) || ApplyToFirmware(*fault, machine));
+    for (const PlannedFault& fault : faults) {
+        if (!Apply(fault, machine) && !ApplyToFirmware(fault, machine)) {
+            others.push_back(fault);
+        }
+    }
 }
 
 SuiteOfScenario::~SuiteOfScenario() { ConsentStore_Reset(); }
@@ -93,7 +97,8 @@ bool SuiteOfScenario::Apply(const PlannedFault& fault, const simulation::Machine
     } else if (fault.call == "SmBiosHelper::GetInstance") {
         BoardInfo_SetAvailable(0);
     } else if (fault.call.rfind("SmBiosHelper::", 0) == 0) {
-        SetTexts(machine, fault.call);
+        emptyTexts.insert(fault.call);
+        SetTexts(machine, emptyTexts);
     } else if (fault.call == "AgreementSign::IsAgreeClause") {
         const char* const answers[] = {"", fault.way == "EmptyOnce" ? "1" : ""};
         ConsentStore_SetAnswers(answers, 2);

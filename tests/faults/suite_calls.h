@@ -1,6 +1,7 @@
 // The calls of the suite's libraries, which fail through their control headers.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -9,7 +10,7 @@
 
 namespace faults_test {
 
-/// The suite around the plug-in, answering as the machine describes, except for the planned fault:
+/// The suite around the plug-in, answering as the machine describes, except for the planned faults:
 ///     SmBiosHelper::GetInstance         Null
 ///     SmBiosHelper::Get...              Empty
 ///     exists KEY, read ... , write ...  Fail with an error number
@@ -21,13 +22,14 @@ namespace faults_test {
 ///     BiosWmi::GetBiosInfo              Fail with a result, Status, Nothing
 class SuiteOfScenario {
 public:
-    SuiteOfScenario(const simulation::Machine& machine, const std::optional<PlannedFault>& fault);
+    explicit SuiteOfScenario(const simulation::Machine& machine,
+                             const std::vector<PlannedFault>& faults = {});
     ~SuiteOfScenario();
     SuiteOfScenario(const SuiteOfScenario&) = delete;
     SuiteOfScenario& operator=(const SuiteOfScenario&) = delete;
 
-    /// Of a call of the suite: whether it was applied.
-    bool FaultApplied() const { return applied; }
+    /// Those of the planned faults that are not of the suite's calls.
+    const std::vector<PlannedFault>& OtherFaults() const { return others; }
     std::vector<Call> Calls() const;
     /// The two values that the plug-in keeps.
     Json RegistryState() const;
@@ -39,7 +41,8 @@ private:
     bool Apply(const PlannedFault& fault, const simulation::Machine& machine);
     bool ApplyToFirmware(const PlannedFault& fault, const simulation::Machine& machine);
 
-    bool applied = false;
+    std::vector<PlannedFault> others;
+    std::set<std::string> emptyTexts;  ///< By the operation that asks for them.
 };
 
 }  // namespace faults_test

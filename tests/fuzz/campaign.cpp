@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "fuzz/case_watch.h"
+#include "support/reliability_record.h"
 
 namespace fuzz {
 namespace {
@@ -35,11 +36,12 @@ Options& TheOptions() {
 
 const std::vector<Tally>& Tallies() { return ChangeableTallies(); }
 
-Campaign::Campaign(const char* what, std::uint64_t usualInputs) : beginSeconds(Seconds()) {
+Campaign::Campaign(const char* what, std::uint64_t fullInputs) : beginSeconds(Seconds()) {
     const Options& options = TheOptions();
     tally.what = what;
     first = options.onlyCase.value_or(0);
-    end = options.onlyCase ? first + 1 : options.inputs.value_or(usualInputs / kUsualShare);
+    const std::uint64_t share = test_support::FullCounts() ? 1 : 20;
+    end = options.onlyCase ? first + 1 : options.inputs.value_or(fullInputs / share);
     number = first - 1;
     WatchCasesOf(CurrentTest(), options.seed);
 }

@@ -26,7 +26,7 @@ namespace fuzz {
 struct Options {
     std::uint64_t seed = 1;
     std::optional<std::uint64_t> onlyCase;
-    std::optional<std::uint64_t> inputs;  ///< For each test, instead of its usual number.
+    std::optional<std::uint64_t> inputs;  ///< For each test, instead of its own number.
 };
 
 /// Set before the tests run.
@@ -45,7 +45,7 @@ const std::vector<Tally>& Tallies();
 /// The cases of the current test, one after the other.
 class Campaign {
 public:
-    Campaign(const char* what, std::uint64_t usualInputs);
+    Campaign(const char* what, std::uint64_t fullInputs);
     ~Campaign();
     Campaign(const Campaign&) = delete;
     Campaign& operator=(const Campaign&) = delete;
@@ -70,9 +70,9 @@ private:
 /// Makes inputs and checks the product's answer to each. `what` names the inputs in the plural.
 /// `check` throws when something is wrong.
 template <class Input>
-void TryInputs(const char* what, std::uint64_t usualInputs, Input (*make)(Random&),
+void TryInputs(const char* what, std::uint64_t fullInputs, Input (*make)(Random&),
                void (*check)(const Input&)) {
-    Campaign campaign(what, usualInputs);
+    Campaign campaign(what, fullInputs);
     while (campaign.Next()) {
         Random random = campaign.Choices();
         const Input input = make(random);

@@ -6,14 +6,6 @@
 
 namespace fuzz {
 
-/// The test's usual number of inputs is for the checked build, which is there to find what is
-/// wrong. Elsewhere a part of them shows that the programs work.
-#ifdef FUZZ_IN_CHECKED_BUILD
-inline constexpr std::uint64_t kUsualShare = 1;
-#else
-inline constexpr std::uint64_t kUsualShare = 20;
-#endif
-
 /// Once, before all tests: a crash, an abort or a case that takes minutes ends the program with a
 /// line that names the case's command.
 void InstallCaseWatch();

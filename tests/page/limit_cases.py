@@ -106,7 +106,7 @@ class ManyEvents(PageTest):
         for part in [0.25, 0.5, 0.75]:
             self.run_script("arguments[0].scrollTop = arguments[0].scrollHeight * arguments[1]",
                             box, part)
-            WebDriverWait(self.browser, 20).until(lambda _: self.run_script(
+            WebDriverWait(self.browser, 120).until(lambda _: self.run_script(
                 "const row = document.querySelector('#event-list [role=option]');"
                 "return Math.abs(row.dataset.index / 10000 - arguments[0]) < 0.01", part))
             self.assert_small()

@@ -25,7 +25,7 @@ def make_page(name, events, log=None):
     if log is not None:
         (FOLDER / f"{name}.txt").write_text(log, encoding="utf-8")
         command += ["--from-log", f"{name}.txt"]
-    subprocess.run(command, cwd=FOLDER, check=True, stdout=subprocess.DEVNULL, timeout=120)
+    subprocess.run(command, cwd=FOLDER, check=True, stdout=subprocess.DEVNULL, timeout=300)
     return (FOLDER / f"{name}.html").as_uri()
 
 

@@ -38,7 +38,7 @@ void CountCalls(HMODULE module) {
     }
     for (const simulation::Import& import : imports) {
         // The module does nothing yet.
-        const auto code = Gate(gates->Redirect(import.name, gate, import.library));
+        const auto code = Gate(gates->Redirect(import.name, gate));
         std::memcpy(gate, code.data(), code.size());
         gate += kStride;
     }

@@ -12,48 +12,44 @@
 #include <cstring>
 #include <string>
 
-#include "faults/fault_table.h"
-#include "faults/more_fakes.h"
-#include "faults/simulated_load.h"
-#include "faults/suite_calls.h"
+#include "faults/loaded_plugin.h"
 #include "library/device_monitor/passing_hours.h"
 #include "reliability/counted_calls.h"
 #include "simulation/device_happenings.h"
 #include "simulation/fakes/threads.h"
 #include "standins/wmi_kit/wmi_kit_control.h"
-#include "support/plugin_module.h"
+#include "support/comes_true.h"
 
 namespace {
 
 using namespace reliability_test;
 
+constexpr UINT kTakenDown = 9;
+
+/// At the end of the process nothing may be done to what its terminated threads were busy with.
+void TellThatItIsTakenDown(simulation::World& /*world*/) {
+    TerminateProcess(GetCurrentProcess(), kTakenDown);
+}
+
 /// Never destroyed.
 struct Life {
-    const faults_test::Scenario scenario = faults_test::LoadScenario("whole_life");
-    faults_test::SuiteOfScenario suite{scenario.scene.machine, std::nullopt};
-    test_support::PluginsManager manager;
-    faults_test::SimulatedLoad load{scenario.scene.machine, [](simulation::World&) {},
-                                    [](simulation::World&) {}};
-    faults_test::HeldMonitorThread monitor;
-    std::shared_ptr<ZedPlugin> plugin = manager.At(0)->factory();
+    faults_test::LoadedPlugin plugin{&TellThatItIsTakenDown};
 
     /// On a thread of the host's.
     void Live() {
         device_monitor_test::PassingHours& hours =
-            *new device_monitor_test::PassingHours(load.Module(), load.World());
-        CountCalls(load.Module());
-        monitor.LetGo();
-        plugin->Start();
+            *new device_monitor_test::PassingHours(plugin.Module(), plugin.World());
+        CountCalls(plugin.Module());
+        plugin.LetMonitorGo();
+        plugin.Plugin().Start();
         hours.LoopWaits();
-        while (load.World().journal.Count("GetMessageW") == 0) {
-            Sleep(1);
-        }
-        simulation::PlugDevice(load.World(), scenario.scene.arriving);
-        load.World().clock.Advance(std::chrono::hours(24));
+        plugin.MonitorListens();
+        simulation::PlugDevice(plugin.World(), plugin.scenario.scene.arriving);
+        plugin.World().clock.Advance(std::chrono::hours(24));
         hours.PassTick();
         WmiKit_FireFirmwareEvent(675);
-        plugin->Stop();
-        simulation::WaitForThreads(load.World(), std::chrono::seconds(20));
+        plugin.Plugin().Stop();
+        simulation::WaitForThreads(plugin.World(), test_support::kPatience);
     }
 };
 
@@ -79,7 +75,7 @@ void GiveTheSystemBack(HMODULE module) {
         }
         const FARPROC function =
             GetProcAddress(GetModuleHandleA(import.library.c_str()), import.name.c_str());
-        original->Redirect(import.name, reinterpret_cast<void*>(function), import.library);
+        original->Redirect(import.name, reinterpret_cast<void*>(function));
     }
 }
 
@@ -111,7 +107,7 @@ int main(int argumentCount, char** arguments) {
         std::printf("%llu\n", static_cast<unsigned long long>(CallsSoFar()));
         std::fflush(stdout);
     }
-    GiveTheSystemBack(life.load.Module());
+    GiveTheSystemBack(life.plugin.Module());
     std::puts("exits");
     std::fflush(stdout);
     ExitProcess(code);

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
@@ -26,9 +25,9 @@ struct Exit {
 
 /// Empty when the process ended at once with its code, else how it ended.
 std::string Ending(const Exit& exit) {
-    const test_support::ChildResult child = test_support::RunChild(
-        test_support::ProgramFolder() + L"\\exit_probe.exe",
-        {std::to_wstring(exit.code), std::to_wstring(exit.call)}, std::chrono::seconds(30));
+    const test_support::ChildResult child =
+        test_support::RunChild(test_support::ProgramFolder() + L"\\exit_probe.exe",
+                               {std::to_wstring(exit.code), std::to_wstring(exit.call)});
     if (!child.finished) {
         return "it hangs; " + child.output;
     }
@@ -39,8 +38,8 @@ std::string Ending(const Exit& exit) {
 
 /// Calls that the plug-in makes of others from Start to the end of Stop.
 std::size_t CallsOfALife() {
-    const test_support::ChildResult child = test_support::RunChild(
-        test_support::ProgramFolder() + L"\\exit_probe.exe", {L"77"}, std::chrono::seconds(60));
+    const test_support::ChildResult child =
+        test_support::RunChild(test_support::ProgramFolder() + L"\\exit_probe.exe", {L"77"});
     EXPECT_EQ(child.exitCode, 77u) << child.output;
     return std::strtoul(child.output.c_str(), nullptr, 10);
 }

@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "faults/fault_table.h"
-#include "faults/runtime_handles.h"
+#include "faults/kept_resources.h"
 #include "reliability/host_figures.h"
 #include "reliability/options.h"
 
@@ -36,8 +36,7 @@ TEST(Rounds, OfLoadStartStopUnloadLeaveNothingBehind) {
     const ULONGLONG begin = GetTickCount64();
     unsigned wrong = 0;
     for (unsigned round = 1; round <= TheOptions().rounds; ++round) {
-        const faults_test::Played played =
-            faults_test::PlayScenario(scenario.scene, /*fault=*/std::nullopt);
+        const faults_test::Played played = faults_test::PlayScenario(scenario.scene);
         if (played.outcome != scenario.outcome) {
             ++wrong;
             ADD_FAILURE() << "round " << round << ": "

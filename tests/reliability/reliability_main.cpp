@@ -39,6 +39,8 @@ int main(int argumentCount, char** arguments) {
         ->check(CLI::Range(1, 1'000'000));
     program.add_option("--lives", options.lives, "Lives of the plug-in under stress")
         ->check(CLI::Range(1, 1'000'000));
+    program.add_option("--pairs", options.pairs, "Lives in which two calls fail")
+        ->check(CLI::Range(1, 1'000'000));
     CLI11_PARSE(program, argumentCount, arguments);
 
     test_support::ReliabilityRecord recordOfThisProgram;

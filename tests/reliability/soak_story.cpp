@@ -1,5 +1,7 @@
 #include "reliability/soak_story.h"
 
+#include "reliability/visitors.h"
+
 namespace reliability_test {
 
 Hour RandomHour(fuzz::Random& random) {

@@ -9,9 +9,6 @@
 
 namespace reliability_test {
 
-/// Devices that come and go have numbers below this.
-inline constexpr unsigned kVisitors = 12;
-
 /// Everything that happens in one hour, before the timer's tick at its end.
 struct Hour {
     std::optional<unsigned> arrival;    ///< A device is plugged in.

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "faults/observations.h"
-#include "reliability/soak_visitors.h"
+#include "reliability/visitors.h"
 #include "simulation/device_happenings.h"
 #include "simulation/fakes/threads.h"
 #include "standins/board_info/board_info_control.h"
@@ -21,12 +21,12 @@
 namespace reliability_test {
 namespace {
 
-constexpr UINT kMarkerMessage = WM_USER + 1;
+using test_support::kPatience;
+
 constexpr char kCountValue[] = "HKLM\\SOFTWARE\\Orbisuite\\DataReportTime:ReportDevicesCount";
 constexpr char kSwitches[] = "HKU\\S-1-5-21-1-2-3-1001\\SOFTWARE\\Zentro\\Orbisuite\\TuneBoost";
 constexpr char kPowerfulMode[] =
     "HKU\\S-1-5-21-1-2-3-1001\\SOFTWARE\\Zentro\\Orbisuite\\TuneBoost:PowerfulModeStatus";
-constexpr auto kPatience = std::chrono::seconds(20);
 constexpr unsigned kFirmwareCode = 675;
 
 /// The clock of dates goes by the timer's hours alone. Not the machine's wall clock, which the
@@ -51,31 +51,16 @@ void Demand(bool condition, const char* complaint) {
 
 }  // namespace
 
-SoakedPlugin::SoakedPlugin()
-    : scenario(faults_test::LoadScenario("whole_life")),
-      machine(scenario.scene.machine),
-      suite(machine, std::nullopt) {
+SoakedPlugin::SoakedPlugin() {
     LogKit_SetSink(&OnLine, this);
     XeEvent_SetSink(&OnEvent, this);
     XeEvent_SetWarningSink(
         [](void* context, const char*) { ++static_cast<SoakedPlugin*>(context)->surprises; }, this);
-    load.emplace(
-        machine, [](simulation::World&) {},
-        [this](simulation::World& world) {
-            left = faults_test::LeftResources(world.ledger).dump();
-        });
-    gate.LetGo();
+    life.LetMonitorGo();
     unixSeconds = 1'800'000'000;
-    dates.emplace(load->Module());
+    dates.emplace(life.Module());
     dates->Redirect<decltype(::_time64)>("_time64", &PassingTime64);
-    hours.emplace(load->Module(), load->World());
-    plugin = manager->At(0)->factory();
-}
-
-SoakedPlugin::~SoakedPlugin() {
-    LogKit_SetSink(nullptr, nullptr);
-    XeEvent_SetSink(nullptr, nullptr);
-    XeEvent_SetWarningSink(nullptr, nullptr);
+    hours.emplace(life.Module(), life.World());
 }
 
 void SoakedPlugin::OnLine(void* context, int /*level*/, const wchar_t* text) {
@@ -115,10 +100,9 @@ void SoakedPlugin::OnEvent(void* context, int id, const XeEventField* fields, st
 }
 
 Sent SoakedPlugin::Start() {
-    Demand(plugin->Start(), "Start fails");
+    Demand(life.Plugin().Start(), "Start fails");
     Demand(hours->LoopWaits(), "the timer loop does not get to its wait");
-    const auto listens = [this] { return load->World().journal.Count("GetMessageW") > 0; };
-    Demand(test_support::ComesTrue(listens, kPatience), "the monitor does not listen");
+    Demand(life.MonitorListens(), "the monitor does not listen");
     AwaitMonitor(/*monitorEnds=*/false);
     return TakeSent();
 }
@@ -131,29 +115,29 @@ Sent SoakedPlugin::Pass(const Hour& hour, bool monitorRuns, bool monitorEnds) {
     if (monitorRuns) {
         AwaitMonitor(monitorEnds);
     }
-    load->World().faults.Clear();
-    load->World().journal.Clear();
-    suite.recorded.timeline.Clear();
+    life.World().faults.Clear();
+    life.World().journal.Clear();
+    life.suite.recorded.timeline.Clear();
     return TakeSent();
 }
 
 void SoakedPlugin::Happen(const Hour& hour, bool monitorRuns) {
     using simulation::Delivery;
     if (hour.departure) {
-        simulation::UnplugDevice(load->World(), VisitorId(*hour.departure), kPatience);
+        simulation::UnplugDevice(life.World(), VisitorId(*hour.departure), kPatience);
     }
     if (hour.arrival) {
-        load->World().Unplug(VisitorId(*hour.arrival));
+        life.World().Unplug(VisitorId(*hour.arrival));
         if (hour.arrivalIsUnreadable && monitorRuns) {
-            load->World().faults.FailCall("SetupDiGetClassDevsW", 1, ERROR_GEN_FAILURE);
+            life.World().faults.FailCall("SetupDiGetClassDevsW", 1, ERROR_GEN_FAILURE);
         }
         const Delivery delivery =
-            simulation::PlugDevice(load->World(), Visitor(*hour.arrival), kPatience);
+            simulation::PlugDevice(life.World(), Visitor(*hour.arrival), kPatience);
         Demand(delivery == (monitorRuns ? Delivery::Delivered : Delivery::NoWindow),
                "an arrival is not dealt with");
-        load->World().faults.Clear();
+        life.World().faults.Clear();
     }
-    const simulation::EcLogAnswer& log = machine.suite.ecLog;
+    const simulation::EcLogAnswer& log = life.scenario.scene.machine.suite.ecLog;
     WmiKit_SetAnswer(hour.firmwareRefuses ? -5 : 0, 0, log.dataSize, log.data.data(),
                      log.data.size());
     for (unsigned i = 0; i < hour.firmwareEvents; ++i) {
@@ -169,16 +153,16 @@ void SoakedPlugin::Happen(const Hour& hour, bool monitorRuns) {
         BoardInfo_SetAvailable(*hour.boardIsReadable ? 1 : 0);
     }
     if (hour.switchIsOn) {
-        suite.recorded.registry.SetValue(kPowerfulMode, *hour.switchIsOn ? 1 : 0);
+        life.suite.recorded.registry.SetValue(kPowerfulMode, *hour.switchIsOn ? 1 : 0);
     }
     switchesExist = hour.switchesExist.value_or(switchesExist);
     // A value brings its key along.
-    switchesExist ? suite.recorded.registry.AddKey(kSwitches)
-                  : suite.recorded.registry.RemoveKey(kSwitches);
+    switchesExist ? life.suite.recorded.registry.AddKey(kSwitches)
+                  : life.suite.recorded.registry.RemoveKey(kSwitches);
 }
 
 void SoakedPlugin::PlanFaults(const Hour& hour) {
-    simulation::FaultPlan& faults = load->World().faults;
+    simulation::FaultPlan& faults = life.World().faults;
     if (hour.postFails) {
         faults.FailCall("PostMessageW", 1, ERROR_NOT_ENOUGH_QUOTA);
     }
@@ -194,24 +178,9 @@ void SoakedPlugin::PlanFaults(const Hour& hour) {
 }
 
 void SoakedPlugin::AwaitMonitor(bool monitorEnds) {
-    simulation::World& world = load->World();
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    const auto handled = [&] {
-        const auto calls = world.journal.Calls("DefWindowProcW");
-        return std::any_of(calls.begin(), calls.end(), [](const simulation::JournalEntry& call) {
-            return call.finished && call["message"] == std::to_string(kMarkerMessage);
-        });
-    };
-    const auto done = [&] {
-        return monitorEnds ? simulation::WaitForThreads(world, std::chrono::milliseconds(0))
-                           : handled();
-    };
-    // From this program, whose imports are its own.
-    PostMessageW(simulation::FindMonitorWindow(), kMarkerMessage, 0, 0);
-    while (!done()) {
-        Demand(std::chrono::steady_clock::now() < deadline, "the monitor hangs");
-        Sleep(0);
-    }
+    Demand(monitorEnds ? simulation::WaitForThreads(life.World(), kPatience)
+                       : faults_test::MonitorState(life.World()) == "listens",
+           "the monitor hangs");
 }
 
 Sent SoakedPlugin::TakeSent() {
@@ -232,19 +201,16 @@ Sent SoakedPlugin::TakeSent() {
 }
 
 std::optional<std::int64_t> SoakedPlugin::StoredListCount() const {
-    return suite.recorded.registry.Value(kCountValue);
+    return life.suite.recorded.registry.Value(kCountValue);
 }
 
 std::string SoakedPlugin::End() {
-    plugin->Stop();
-    simulation::WaitForThreads(load->World(), kPatience);
-    plugin.reset();
+    life.Plugin().Stop();
+    simulation::WaitForThreads(life.World(), kPatience);
     hours.reset();
     dates.reset();
-    load->Release();
-    std::string complaint = load->IsMapped() ? "the library stays mapped; " : "";
-    load.reset();
-    complaint += left == "[]" ? "" : "left: " + left + "; ";
+    std::string complaint = life.Release() ? "" : "the library stays mapped; ";
+    complaint += life.Complaint();
     complaint += surprises == 0 ? "" : std::to_string(surprises) + " odd events or warnings; ";
     return complaint;
 }

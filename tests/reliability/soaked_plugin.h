@@ -3,20 +3,15 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "faults/fault_table.h"
-#include "faults/more_fakes.h"
-#include "faults/simulated_load.h"
-#include "faults/suite_calls.h"
+#include "faults/loaded_plugin.h"
 #include "library/device_monitor/passing_hours.h"
 #include "reliability/soak_model.h"
 #include "standins/xeevent/xeevent_control.h"
-#include "support/plugin_module.h"
 
 namespace reliability_test {
 
@@ -24,7 +19,6 @@ namespace reliability_test {
 class SoakedPlugin {
 public:
     SoakedPlugin();
-    ~SoakedPlugin();
     SoakedPlugin(const SoakedPlugin&) = delete;
     SoakedPlugin& operator=(const SoakedPlugin&) = delete;
 
@@ -47,16 +41,9 @@ private:
     void AwaitMonitor(bool monitorEnds);
     Sent TakeSent();
 
-    const faults_test::Scenario scenario;
-    const simulation::Machine machine;
-    faults_test::SuiteOfScenario suite;
-    std::string left;
-    std::optional<test_support::PluginsManager> manager{std::in_place};
-    std::optional<faults_test::SimulatedLoad> load;
-    const faults_test::HeldMonitorThread gate;
+    faults_test::LoadedPlugin life;
     std::optional<simulation::ImportRedirection> dates;
     std::optional<device_monitor_test::PassingHours> hours;
-    std::shared_ptr<ZedPlugin> plugin;
     bool switchesExist = true;
 
     std::mutex mutex;  ///< For what follows.

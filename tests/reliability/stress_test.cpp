@@ -5,19 +5,14 @@
 
 #include <chrono>
 #include <cstdio>
-#include <memory>
 #include <mutex>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "faults/fault_table.h"
+#include "faults/loaded_plugin.h"
 #include "faults/more_fakes.h"
-#include "faults/observations.h"
-#include "faults/simulated_load.h"
-#include "faults/suite_calls.h"
 #include "library/device_monitor/passing_hours.h"
 #include "reliability/options.h"
 #include "reliability/stress_threads.h"
@@ -25,7 +20,6 @@
 #include "standins/log_kit/log_kit_control.h"
 #include "standins/xeevent/xeevent_control.h"
 #include "support/comes_true.h"
-#include "support/plugin_module.h"
 
 namespace {
 
@@ -36,7 +30,6 @@ constexpr char kWhatIsTried[] = "lives under the same stress, the plug-in built 
 #else
 constexpr char kWhatIsTried[] = "lives under a stress of messages and firmware events";
 #endif
-constexpr auto kPatience = std::chrono::seconds(20);
 constexpr std::chrono::hours kBetweenLists{24};
 
 struct Totals {
@@ -51,7 +44,6 @@ struct Totals {
 class StressedLife {
 public:
     StressedLife();
-    ~StressedLife();
     StressedLife(const StressedLife&) = delete;
     StressedLife& operator=(const StressedLife&) = delete;
 
@@ -66,19 +58,11 @@ private:
         complaint += condition ? "" : otherwise + "; ";
     }
     void RunUnderStress(StressThreads& stress, unsigned hoursOfLife);
-    bool MonitorListens();
     void CheckEvents(const StressCounts& counts, unsigned hoursOfLife);
     void CheckThreads(unsigned hoursOfLife);
-    void Unload();
-    std::chrono::nanoseconds Now() { return load->World().clock.Steady().value(); }
+    std::chrono::nanoseconds Now() { return life.World().clock.Steady().value(); }
 
-    const faults_test::Scenario scenario = faults_test::LoadScenario("whole_life");
-    faults_test::SuiteOfScenario suite{scenario.scene.machine, std::nullopt};
-    const test_support::PluginsManager manager;
-    std::string left = "never unmapped";
-    std::optional<faults_test::SimulatedLoad> load;
-    const faults_test::HeldMonitorThread gate;
-    std::shared_ptr<ZedPlugin> plugin;
+    faults_test::LoadedPlugin life;
     std::string complaint;
 
     std::mutex mutex;  ///< For what follows.
@@ -97,19 +81,7 @@ StressedLife::StressedLife() {
             ++self.warnings;
         },
         this);
-    load.emplace(
-        scenario.scene.machine, [](simulation::World&) {},
-        [this](simulation::World& world) {
-            left = faults_test::LeftResources(world.ledger).dump();
-        });
-    gate.LetGo();
-    plugin = manager.At(0)->factory();
-}
-
-StressedLife::~StressedLife() {
-    LogKit_SetSink(nullptr, nullptr);
-    XeEvent_SetSink(nullptr, nullptr);
-    XeEvent_SetWarningSink(nullptr, nullptr);
+    life.LetMonitorGo();
 }
 
 void StressedLife::OnLine(void* context, int /*level*/, const wchar_t* text) {
@@ -131,19 +103,14 @@ void StressedLife::OnEvent(void* context, int id, const XeEventField* /*fields*/
     }
 }
 
-bool StressedLife::MonitorListens() {
-    return test_support::ComesTrue(
-        [this] { return load->World().journal.Count("GetMessageW") > 0; }, kPatience);
-}
-
 void StressedLife::RunUnderStress(StressThreads& stress, unsigned hoursOfLife) {
-    device_monitor_test::PassingHours hours(load->Module(), load->World());
-    const CallbackWatch watch(load->Module());
+    device_monitor_test::PassingHours hours(life.Module(), life.World());
+    const CallbackWatch watch(life.Module());
     const std::chrono::nanoseconds begin = Now();
     stress.AwaitUntimely();
     stress.Enter(Phase::Starting);
-    Demand(plugin->Start(), "Start fails");
-    Demand(hours.LoopWaits() && MonitorListens(), "loop or monitor do not get going");
+    Demand(life.Plugin().Start(), "Start fails");
+    Demand(hours.LoopWaits() && life.MonitorListens(), "loop or monitor do not get going");
     stress.Enter(Phase::Running);
     unsigned passed = 0;
     while (passed < hoursOfLife && hours.PassTick()) {
@@ -152,11 +119,12 @@ void StressedLife::RunUnderStress(StressThreads& stress, unsigned hoursOfLife) {
     Demand(passed == hoursOfLife, "the timer loop hangs");
     // The loop waits again, so Stop need not wait for an hour to end.
     stress.Enter(Phase::Stopping);
-    Demand(plugin->Stop(), "Stop fails");
+    Demand(life.Plugin().Stop(), "Stop fails");
     stress.Enter(Phase::Stopped);
     stress.AwaitUntimely();
     stress.Join();
-    Demand(simulation::WaitForThreads(load->World(), kPatience), "the monitor does not end");
+    Demand(simulation::WaitForThreads(life.World(), test_support::kPatience),
+           "the monitor does not end");
     Demand(CallbackWatch::Overlaps() == 0, "callbacks overlap");
     std::chrono::nanoseconds previous = begin;
     for (const std::chrono::nanoseconds list : lists) {
@@ -182,7 +150,7 @@ void StressedLife::CheckThreads(unsigned hoursOfLife) {
     std::set<DWORD> ofMap;
     std::set<DWORD> ofTimer;
     std::size_t requests = 0;
-    for (const simulation::JournalEntry& call : load->World().journal.Entries()) {
+    for (const simulation::JournalEntry& call : life.World().journal.Entries()) {
         if (call.function.rfind("SetupDi", 0) == 0 || call.function == "EnumPrintersW") {
             ofMap.insert(call.threadId);
         } else if (call.function == "PostMessageW" &&
@@ -199,20 +167,13 @@ void StressedLife::CheckThreads(unsigned hoursOfLife) {
     Demand(requests == hoursOfLife, std::to_string(requests) + " hourly callbacks");
 }
 
-void StressedLife::Unload() {
-    plugin.reset();
-    load->Release();
-    Demand(!load->IsMapped(), "the library stays mapped");
-    load.reset();
-    Demand(left == "[]", "left: " + left);
-}
-
 std::string StressedLife::Live(unsigned hoursOfLife, std::uint64_t seed, Totals& totals) {
-    StressThreads stress(load->World(), seed);
+    StressThreads stress(life.World(), seed);
     RunUnderStress(stress, hoursOfLife);
     CheckEvents(stress.counts, hoursOfLife);
     CheckThreads(hoursOfLife);
-    Unload();
+    Demand(life.Release(), "the library stays mapped");
+    complaint += life.Complaint();
     totals.hours += hoursOfLife;
     totals.posts += stress.counts.posts;
     totals.ecEvents += stress.counts.ecEvents;

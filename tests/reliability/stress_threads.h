@@ -7,15 +7,15 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <string>
 #include <thread>
 #include <vector>
 
 #include "fuzz/random.h"
+#include "reliability/visitors.h"
 #include "simulation/device_happenings.h"
 #include "simulation/import_redirection.h"
-#include "simulation/well_known.h"
 #include "standins/wmi_kit/wmi_kit_control.h"
+#include "support/comes_true.h"
 
 namespace reliability_test {
 
@@ -111,18 +111,11 @@ private:
     }
 
     void PlugIn() {
-        const std::wstring id =
-            L"USB\\VID_A" + std::to_wstring(100 + nextVisitor++ % 8) + L"&PID_1\\1";
-        simulation::Device device;
-        device.instanceId = id;
-        device.SetRemovable(true);
-        device.properties = {simulation::DeviceProperty::String(simulation::kClassKey, L"USB")};
-        device.interfaces.push_back(
-            {simulation::kUsbDeviceInterface, L"\\\\?\\" + id, std::nullopt});
-        world.Unplug(id);
+        const unsigned visitor = nextVisitor++ % kVisitors;
+        world.Unplug(VisitorId(visitor));
         const bool monitorListens = phase == Phase::Running;
         const simulation::Delivery delivery =
-            simulation::PlugDevice(world, device, std::chrono::seconds(20));
+            simulation::PlugDevice(world, Visitor(visitor), test_support::kPatience);
         const bool delivered = delivery == simulation::Delivery::Delivered;
         counts.arrivals += delivered ? 1 : 0;
         counts.neglected += delivery == simulation::Delivery::TimedOut ||

@@ -7,29 +7,22 @@
 
 #include <chrono>
 #include <cstdio>
-#include <memory>
 #include <optional>
 #include <string>
 
-#include "faults/fault_table.h"
-#include "faults/more_fakes.h"
-#include "faults/observations.h"
-#include "faults/simulated_load.h"
-#include "faults/suite_calls.h"
+#include "faults/loaded_plugin.h"
 #include "library/device_monitor/passing_hours.h"
 #include "reliability/options.h"
 #include "simulation/device_happenings.h"
 #include "simulation/fakes/threads.h"
 #include "support/child_process.h"
 #include "support/comes_true.h"
-#include "support/plugin_module.h"
 
 namespace {
 
 using namespace reliability_test;
 
 constexpr unsigned kRoundsOfEach = 10;
-constexpr DWORD kPatience = 20'000;
 
 HANDLE reached = nullptr;
 HANDLE mayGoOn = nullptr;
@@ -41,7 +34,7 @@ template <class Result, class... Arguments, Result (*function)(Arguments...)>
 struct Held<function> {
     static Result Call(Arguments... arguments) {
         SetEvent(reached);
-        WaitForSingleObject(mayGoOn, kPatience);
+        test_support::WaitForSignal(mayGoOn);
         return real(arguments...);
     }
     static void Install(simulation::ImportRedirection& redirection, const char* name) {
@@ -73,51 +66,39 @@ class InterruptedLife {
 public:
     /// Empty when it ended as it has to.
     std::string Live(const Place& place) {
-        suite.emplace(scenario.scene.machine, std::nullopt);
-        test_support::PluginsManager manager;
-        faults_test::SimulatedLoad load(
-            scenario.scene.machine, [](simulation::World&) {},
-            [this](simulation::World& world) {
-                left = faults_test::LeftResources(world.ledger).dump();
-            });
-        const faults_test::HeldMonitorThread start;
-        std::shared_ptr<ZedPlugin> plugin = manager.At(0)->factory();
+        std::string complaint;
         std::optional<device_monitor_test::PassingHours> hours;
-        hours.emplace(load.Module(), load.World());
+        hours.emplace(life.Module(), life.World());
         {
-            simulation::ImportRedirection redirection(load.Module());
+            simulation::ImportRedirection redirection(life.Module());
             const auto hold = [&] { place.install(redirection, place.name); };
-            plugin->Start();
+            life.Plugin().Start();
             hours->LoopWaits();
             if (!place.isInReport) {
                 hold();
             }
-            start.LetGo();
+            life.LetMonitorGo();
             if (place.isInReport) {
-                while (load.World().journal.Count("GetMessageW") == 0) {
-                    Sleep(1);
-                }
+                life.MonitorListens();
                 hold();
-                load.World().clock.Advance(std::chrono::hours(24));
+                life.World().clock.Advance(std::chrono::hours(24));
                 hours->PassTick();
             }
-            if (WaitForSingleObject(reached, kPatience) != WAIT_OBJECT_0) {
+            if (!test_support::WaitForSignal(reached)) {
                 complaint += "the monitor makes no such call; ";
             }
-            plugin->Stop();
+            life.Plugin().Stop();
             // The thread is beyond its import by now; there will be nothing to restore later.
         }
         hours.reset();
-        plugin.reset();
-        if (load.Release()) {
+        if (life.Release()) {
             complaint += "the code is gone from under the monitor; ";
         }
         SetEvent(mayGoOn);
-        const bool unmapped = test_support::ComesTrue([&load] { return !load.IsMapped(); },
-                                                      std::chrono::milliseconds(kPatience));
+        const bool unmapped = test_support::ComesTrue([this] { return !life.IsMapped(); });
         complaint += unmapped ? "" : "the library stays mapped; ";
-        complaint += left == "[]" ? "" : "left: " + left + "; ";
-        const std::size_t lists = suite->recorded.timeline.Count("event 992614533");
+        complaint += life.Complaint();
+        const std::size_t lists = life.suite.recorded.timeline.Count("event 992614533");
         complaint += lists == (place.isInReport ? 1u : 0u)
                          ? ""
                          : std::to_string(lists) + " events of the list; ";
@@ -125,10 +106,7 @@ public:
     }
 
 private:
-    const faults_test::Scenario scenario = faults_test::LoadScenario("whole_life");
-    std::optional<faults_test::SuiteOfScenario> suite;
-    std::string left = "never unmapped";
-    std::string complaint;
+    faults_test::LoadedPlugin life;
 };
 
 TEST(UnloadRightAfterStop, LetsTheMonitorFinishAndLeavesNothing) {
@@ -157,9 +135,8 @@ TEST(UnloadWithoutStop, KeepsTheCodeForItsThreadsAndTheExitCode) {
     for (unsigned i = 0; i < kTries; ++i) {
         const wchar_t* const scenario =
             i % 2 == 0 ? L"unload-without-stop" : L"unload-with-devices-without-stop";
-        const test_support::ChildResult child =
-            test_support::RunChild(test_support::ProgramFolder() + L"\\lifecycle_probe.exe",
-                                   {scenario}, std::chrono::seconds(30));
+        const test_support::ChildResult child = test_support::RunChild(
+            test_support::ProgramFolder() + L"\\lifecycle_probe.exe", {scenario});
         if (!child.finished || child.exitCode != 42 ||
             child.output.find("mapped") == std::string::npos ||
             child.output.find("there is no monitor") != std::string::npos) {

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "support/comes_true.h"
+
 namespace test_support {
 
 struct ChildResult {
@@ -23,7 +25,7 @@ std::wstring ProgramFolder();
 
 /// Runs a program to its end. Throws std::runtime_error when it cannot be started.
 ChildResult RunChild(const std::wstring& program, const std::vector<std::wstring>& arguments,
-                     std::chrono::milliseconds limit,
+                     std::chrono::milliseconds limit = kPatienceWithChildren,
                      StandardError standardError = StandardError::WithOutput);
 
 }  // namespace test_support

@@ -58,11 +58,8 @@ LoopWaitProbe::LoopWaitProbe(HMODULE module) : redirection(module) {
           realSleepConditionVariableSRW);
 }
 
-bool LoopWaitProbe::LoopWaits(std::size_t count) const {
-    for (int i = 0; i < 1000 && longWaits < count; ++i) {
-        Sleep(10);
-    }
-    return longWaits >= count;
+bool LoopWaitProbe::LoopWaits(std::size_t count, std::chrono::milliseconds limit) const {
+    return ComesTrue([count] { return longWaits >= count; }, limit);
 }
 
 std::chrono::milliseconds LoopWaitProbe::LatestWait() const {

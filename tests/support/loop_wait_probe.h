@@ -7,6 +7,7 @@
 #include <cstddef>
 
 #include "simulation/import_redirection.h"
+#include "support/comes_true.h"
 
 namespace test_support {
 
@@ -18,8 +19,8 @@ public:
     explicit LoopWaitProbe(HMODULE module);
 
     /// Waits until the loop began to wait for the `count`th time since the probe was made. False
-    /// when that did not come about within ten seconds.
-    bool LoopWaits(std::size_t count = 1) const;
+    /// when that did not come about within `limit`.
+    bool LoopWaits(std::size_t count = 1, std::chrono::milliseconds limit = kPatience) const;
 
     /// For how long the loop's latest wait is meant to last at most.
     std::chrono::milliseconds LatestWait() const;

@@ -1,15 +1,14 @@
 // The device monitor's message-only window in this process.
 #pragma once
 
-#include <windows.h>
+#include "simulation/device_happenings.h"
 
 namespace test_support {
 
-/// Null when there is none.
-HWND FindMonitorWindow();
+using simulation::FindMonitorWindow;
 
 /// Waits until the window exists and its thread handles messages, so that a Stop reaches it. False
-/// when that did not come about within ten seconds.
+/// when that never comes about.
 bool MonitorHandlesMessages();
 
 }  // namespace test_support

@@ -2,11 +2,13 @@
 
 #include "standins/board_info/board_info_control.h"
 #include "standins/edition_adapt/edition_adapt_control.h"
+#include "standins/file_kit/file_kit_control.h"
 #include "standins/wmi_kit/wmi_kit_control.h"
 
 namespace test_support {
 
 RecordedSuite::RecordedSuite() {
+    FileKit_SetInterceptor(&simulation::MemoryRegistry::Answer, &registry);
     BoardInfo_SetTexts(L"Board", L"Oem", L"Bios");
     BoardInfo_SetObserver(&ObserveBoardInfo, this);
     WmiKit_SetObserver(&ObserveWmi, this);
@@ -17,6 +19,7 @@ RecordedSuite::~RecordedSuite() {
     EditionAdapt_Reset();
     WmiKit_Reset();
     BoardInfo_Reset();
+    FileKit_SetInterceptor(nullptr, nullptr);
 }
 
 void RecordedSuite::ObserveBoardInfo(void* context, const char* operation) {

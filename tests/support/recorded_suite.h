@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "support/memory_registry.h"
+#include "simulation/memory_registry.h"
 #include "support/recorded_events.h"
 #include "support/recorded_log.h"
 #include "support/timeline.h"
@@ -28,7 +28,8 @@ public:
     Timeline timeline;
     RecordedLog log{timeline};
     RecordedEvents events{timeline};
-    MemoryRegistry registry{timeline};
+    simulation::MemoryRegistry registry{
+        [this](const std::string& access) { timeline.Note(access); }};
 
     /// Called with "GetBiosInfo", "StartEventMonitor" or "StopEventMonitor" and the request's bytes
     /// before WmiKit answers, on the calling thread, which waits for it. Set before use.

@@ -20,6 +20,8 @@ std::filesystem::path RecordOfThisProgram() {
 
 }  // namespace
 
+bool FullCounts() { return GetEnvironmentVariableW(L"TALLYPORT_FULL_COUNTS", nullptr, 0) != 0; }
+
 ReliabilityRecord::ReliabilityRecord() : file(RecordOfThisProgram()) {
     std::filesystem::remove(file);
 }

@@ -20,6 +20,10 @@
 
 namespace test_support {
 
+/// Whether this run tries the full numbers, as `./dev test reliability` does by setting
+/// TALLYPORT_FULL_COUNTS; without it a part of them shows that the programs work.
+bool FullCounts();
+
 /// Used from one thread.
 class ReliabilityRecord {
 public:

@@ -9,26 +9,36 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failures=0
 
+complain() {
+    echo "FAILED: $*"
+    failures=$((failures + 1))
+}
+
 # expect EXIT_CODE TEXT COMMAND...: the command ends with this code and prints a line with this text.
 expect() {
     local wanted=$1 text=$2 output code=0
     output=$("${@:3}" 2>&1 </dev/null) || code=$?
     if [[ $code != "$wanted" || $output != *"$text"* ]]; then
-        echo "FAILED: ${*:3}"
+        complain "${*:3}"
         echo "  exit code $code, expected $wanted; expected in the output: $text; the output:"
         printf '%s\n' "$output"
-        failures=$((failures + 1))
     fi
 }
 
-# expect_lines COUNT COMMAND...: the command prints this many lines.
-expect_lines() {
+# expect_line EXIT_CODE TEXT COMMAND...: the same, and it prints not a line more.
+expect_line() {
     local count
-    count=$("${@:2}" 2>&1 </dev/null | wc -l)
-    if [[ $count != "$1" ]]; then
-        echo "FAILED: ${*:2} printed $count lines, expected $1"
-        failures=$((failures + 1))
-    fi
+    expect "$@"
+    count=$("${@:3}" 2>&1 </dev/null | wc -l)
+    [[ $count == 1 ]] || complain "${*:3} printed $count lines, expected one"
+}
+
+# without PROGRAM COMMAND...: runs the command where this one program is missing.
+without() {
+    local path=$work/without-$1
+    mkdir -p "$path"
+    find /usr/bin/ -maxdepth 1 ! -name "$1" -exec ln -sf -t "$path" {} +
+    PATH=$path "${@:2}"
 }
 
 finish() {

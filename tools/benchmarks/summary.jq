@@ -22,17 +22,16 @@ map(.benchmarks[]) | map(select(.run_type == "iteration"))
     rows: [$rows[] | . as $row
         | [$samples[] | select(.name | . == $row.sample or startswith($row.sample + "/"))] as $own
         | if ($own | length) == 0 then error("there is no sample of " + $row.sample) else . end
-        | (.most // .exactly) as $bar
-        | (if $bar then $own | map(.[$bar.of]) | spread | .median else null end) as $held
+        | ($own | map(.ratio) | spread) as $ratio
         | {
             what, floor,
-            ratio: ($own | map(.ratio) | spread),
+            ratio: $ratio,
             figure: (if .figure then .figure.of as $of
                 | ($own | map(.[$of]) | spread) + {unit: .figure.unit} else null end),
-            bar: (if $bar then {kind: (if .exactly then "exactly" else "at most" end),
-                of: $bar.of, is: $bar.is} else null end),
-            met: (if .exactly then all($own[]; .[$bar.of] == $bar.is)
-                elif .most then $held <= $bar.is else null end)
+            bar: (if .exactly then {kind: "exactly", is: .exactly}
+                elif .most then {kind: "at most", is: .most} else null end),
+            met: (if .exactly then all($own[]; .ratio == $row.exactly)
+                elif .most then $ratio.median <= .most else null end)
         }],
     growth: [$samples | group_by(.name)[] | select(.[0].item_us != null) | {
         name: (.[0].name | sub("/iterations.*"; "")),

@@ -35,8 +35,16 @@ create_prefix() {
     exec {lock}>"$WINEPREFIX.lock"
     flock "$lock"
     [[ -e $WINEPREFIX/.complete ]] && return
-    # Wine's server outlives this command: it must hold neither the lock nor the caller's output.
-    "$wine" wineboot --init </dev/null >"$WINEPREFIX.log" 2>&1 {lock}>&- ||
+    # Wine's server outlives these commands: it must hold neither the lock nor the caller's output.
+    ("$wine" wineboot --init && be_patient_with_drivers) \
+        </dev/null >"$WINEPREFIX.log" 2>&1 {lock}>&- ||
         wine_failed "the Wine prefix could not be created; see $WINEPREFIX.log"
     touch "$WINEPREFIX/.complete"
+}
+
+# Ten seconds after a driver's start Wine gives up waiting for it, and on a busy machine has none of its
+# devices until it is started anew. It reads the limit, in milliseconds, when it starts.
+be_patient_with_drivers() {
+    "$wine" reg add 'HKLM\SYSTEM\CurrentControlSet\Control' /v ServicesPipeTimeout /d 300000 /f &&
+        "$wineserver" -k && "$wineserver" -w
 }

@@ -1,10 +1,6 @@
 #include "host/files.h"
 
-#include <windows.h>
-
-#include "host/host_error.h"
-#include "host/win32_error.h"
-#include "standins/common/text.h"
+#include "common/text.h"
 #include "util/scoped_handle.h"
 
 namespace host {
@@ -15,9 +11,20 @@ struct FileTraits {
     static Type Invalid() noexcept { return INVALID_HANDLE_VALUE; }
     static void Close(Type handle) noexcept { CloseHandle(handle); }
 };
+using ScopedFile = ScopedHandle<FileTraits>;
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr char kNameAnother[] = "; name another file";
+
+BadInput Refused(const std::string& act, std::string_view path, DWORD error) {
+    return BadInput("cannot " + act + " '" + std::string(path) + "': " + Win32ErrorText(error) +
+                    "; name another file");
+}
+
+ScopedFile Open(const std::wstring& path, DWORD access, DWORD disposition) {
+    return ScopedFile(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                  /*lpSecurityAttributes=*/nullptr, disposition,
+                                  FILE_ATTRIBUTE_NORMAL, /*hTemplateFile=*/nullptr));
+}
 
 }  // namespace
 
@@ -34,35 +41,25 @@ bool IsFile(const std::wstring& path) {
 
 std::wstring FullPath(std::string_view path) {
     std::wstring full(32768, L'\0');
-    full.resize(GetFullPathNameW(standins::ToWide(path).c_str(), static_cast<DWORD>(full.size()),
+    full.resize(GetFullPathNameW(workbench::ToWide(path).c_str(), static_cast<DWORD>(full.size()),
                                  full.data(), nullptr));
     return full;
 }
 
-std::wstring ComparablePath(std::string_view path) {
-    std::wstring full = FullPath(path);
-    CharLowerBuffW(full.data(), static_cast<DWORD>(full.size()));
-    return full;
-}
-
 std::string ReadTextFile(std::string_view path, std::string_view purpose) {
-    const auto refuse = [&](DWORD error) {
-        return HostError(ExitCode::BadInput, "cannot read the " + std::string(purpose) + " '" +
-                                                 std::string(path) + "': " + Win32ErrorText(error) +
-                                                 kNameAnother);
+    const auto refused = [&] {
+        return Refused("read the " + std::string(purpose), path, GetLastError());
     };
-    const ScopedHandle<FileTraits> file(CreateFileW(standins::ToWide(path).c_str(), GENERIC_READ,
-                                                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const ScopedFile file = Open(workbench::ToWide(path), GENERIC_READ, OPEN_EXISTING);
     if (!file) {
-        throw refuse(GetLastError());
+        throw refused();
     }
     std::string text;
     char block[16384];
     DWORD count = 0;
     do {
         if (!ReadFile(file.Get(), block, sizeof(block), &count, nullptr)) {
-            throw refuse(GetLastError());
+            throw refused();
         }
         text.append(block, count);
     } while (count != 0);
@@ -72,27 +69,45 @@ std::string ReadTextFile(std::string_view path, std::string_view purpose) {
     return text;
 }
 
-void ReplaceTextFile(const std::string& path, std::string_view text, std::string_view option) {
-    const std::wstring target = standins::ToWide(path);
-    const std::wstring unfinished = target + L".unfinished";
-    const auto refuse = [&](DWORD error) {
-        DeleteFileW(unfinished.c_str());
-        return HostError(ExitCode::BadInput, "cannot write the file of " + std::string(option) +
-                                                 ", '" + path + "': " + Win32ErrorText(error) +
-                                                 kNameAnother);
-    };
-    ScopedHandle<FileTraits> file(CreateFileW(unfinished.c_str(), GENERIC_WRITE, 0, nullptr,
-                                              CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    DWORD written = 0;
-    if (!file ||
-        !WriteFile(file.Get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr)) {
-        const DWORD error = GetLastError();
-        file.Reset();
-        throw refuse(error);
+BadInput Unwritable(std::string_view option, std::string_view path, DWORD error) {
+    return Refused("write the file of " + std::string(option) + ",", path, error);
+}
+
+void CheckWritable(std::string_view option, std::string_view path) {
+    const std::wstring widePath = workbench::ToWide(path);
+    ScopedFile file = Open(widePath, GENERIC_WRITE, OPEN_ALWAYS);
+    const DWORD error = GetLastError();
+    if (!file) {
+        throw Unwritable(option, path, error);
     }
+    if (error != ERROR_ALREADY_EXISTS) {
+        file.Reset();
+        DeleteFileW(widePath.c_str());
+    }
+}
+
+void EmptyFile(std::string_view option, std::string_view path) {
+    if (!Open(workbench::ToWide(path), GENERIC_WRITE, CREATE_ALWAYS)) {
+        throw Unwritable(option, path, GetLastError());
+    }
+}
+
+void ReplaceTextFile(std::string_view option, std::string_view path, std::string_view text) {
+    const std::wstring target = workbench::ToWide(path);
+    const std::wstring unfinished = target + L".unfinished";
+    ScopedFile file = Open(unfinished, GENERIC_WRITE, CREATE_ALWAYS);
+    DWORD written = 0;
+    bool done = file && WriteFile(file.Get(), text.data(), static_cast<DWORD>(text.size()),
+                                  &written, nullptr) != FALSE;
+    DWORD error = GetLastError();
     file.Reset();
-    if (!MoveFileExW(unfinished.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-        throw refuse(GetLastError());
+    if (done) {
+        done = MoveFileExW(unfinished.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE;
+        error = GetLastError();
+    }
+    if (!done) {
+        DeleteFileW(unfinished.c_str());
+        throw Unwritable(option, path, error);
     }
 }
 

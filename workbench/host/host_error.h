@@ -1,8 +1,12 @@
 // Why the host gives up.
 #pragma once
 
+#include <windows.h>
+
 #include <stdexcept>
 #include <string>
+
+#include "common/bad_input.h"
 
 namespace host {
 
@@ -13,16 +17,15 @@ enum class ExitCode {
     BadInput = 2,   ///< An option, a file or the installation is wrong; nothing was started.
 };
 
-/// The one line that the person gets to read: what is wrong, where, and what to do about it.
-class HostError : public std::runtime_error {
+using workbench::BadInput;
+
+/// The plug-in did not run as it should. One line as well.
+class RunFailed : public std::runtime_error {
 public:
-    HostError(ExitCode exitCode, const std::string& line)
-        : std::runtime_error(line), code(exitCode) {}
-
-    ExitCode Code() const { return code; }
-
-private:
-    ExitCode code;
+    using std::runtime_error::runtime_error;
 };
+
+/// "Access denied (error 5)"; the number alone when the system has no text for it.
+std::string Win32ErrorText(DWORD error);
 
 }  // namespace host

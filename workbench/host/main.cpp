@@ -10,12 +10,20 @@
 #include <string>
 #include <vector>
 
-#include "host/device_listing.h"
+#include "common/text.h"
 #include "host/host_error.h"
-#include "host/host_run.h"
-#include "host/options.h"
-#include "host/page/page_writer.h"
-#include "standins/common/text.h"
+#include "host/options/options.h"
+#include "host/page/page.h"
+#include "host/run/host_run.h"
+
+namespace {
+
+int Complain(host::ExitCode code, const std::string& line) {
+    std::fprintf(stderr, "tallyport_host: %s\n", line.c_str());
+    return static_cast<int>(code);
+}
+
+}  // namespace
 
 int wmain(int argumentCount, wchar_t** arguments) {
     // Lines end as they are written, also where the output goes to a file on another system.
@@ -23,21 +31,25 @@ int wmain(int argumentCount, wchar_t** arguments) {
     _setmode(_fileno(stderr), _O_BINARY);
     std::vector<std::string> utf8Arguments;
     for (int i = 1; i < argumentCount; ++i) {
-        utf8Arguments.push_back(standins::ToUtf8(arguments[i]));
+        utf8Arguments.push_back(workbench::ToUtf8(arguments[i]));
     }
     try {
         if (const auto options = host::ParseOptions(utf8Arguments, std::cout)) {
-            const auto act = options->listDevices     ? &host::ListDevices
-                             : !options->from.empty() ? &host::WritePageFromFiles
-                                                      : &host::RunHost;
-            act(*options);
+            if (options->listDevices) {
+                host::ListDevices(*options);
+            } else if (!options->from.empty()) {
+                host::WritePageFromFiles(options->from, options->fromLog, options->page);
+            } else {
+                host::RunHost(*options);
+            }
         }
         return static_cast<int>(host::ExitCode::Done);
-    } catch (const host::HostError& error) {
-        std::fprintf(stderr, "tallyport_host: %s\n", error.what());
-        return static_cast<int>(error.Code());
+    } catch (const host::BadInput& error) {
+        return Complain(host::ExitCode::BadInput, error.what());
+    } catch (const host::RunFailed& error) {
+        return Complain(host::ExitCode::RunFailed, error.what());
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "tallyport_host: unexpected failure: %s\n", error.what());
-        return static_cast<int>(host::ExitCode::RunFailed);
+        return Complain(host::ExitCode::RunFailed,
+                        std::string("unexpected failure: ") + error.what());
     }
 }

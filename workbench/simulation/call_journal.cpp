@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <mutex>
-#include <ostream>
 #include <stdexcept>
 
 namespace simulation {
@@ -17,26 +16,6 @@ const std::string& JournalEntry::operator[](std::string_view name) const {
     }
     throw std::out_of_range(function + " was journalled without an argument \"" +
                             std::string(name) + "\"; it has:" + known);
-}
-
-std::ostream& operator<<(std::ostream& stream, const JournalEntry& entry) {
-    stream << '#' << entry.sequence << " [" << entry.threadId << "] " << entry.function << '(';
-    const char* separator = "";
-    for (const CallArgument& argument : entry.arguments) {
-        stream << separator << argument.name << '=' << argument.value;
-        separator = ", ";
-    }
-    stream << ')';
-    if (!entry.finished) {
-        return stream << " ...";
-    }
-    if (!entry.result.empty()) {
-        stream << " = " << entry.result;
-    }
-    if (entry.error != 0) {
-        stream << " error " << entry.error;
-    }
-    return stream;
 }
 
 std::uint64_t CallJournal::Begin(std::string_view function) {
@@ -75,12 +54,7 @@ std::vector<JournalEntry> CallJournal::Calls(std::string_view function) const {
     return calls;
 }
 
-std::size_t CallJournal::Count(std::string_view function) const {
-    const std::lock_guard lock(mutex);
-    return static_cast<std::size_t>(
-        std::count_if(entries.begin(), entries.end(),
-                      [&](const JournalEntry& entry) { return entry.function == function; }));
-}
+std::size_t CallJournal::Count(std::string_view function) const { return Calls(function).size(); }
 
 std::vector<std::string> CallJournal::Names() const {
     const std::lock_guard lock(mutex);
@@ -96,13 +70,6 @@ void CallJournal::Clear() {
     const std::lock_guard lock(mutex);
     firstSequence += entries.size();
     entries.clear();
-}
-
-std::ostream& operator<<(std::ostream& stream, const CallJournal& journal) {
-    for (const JournalEntry& entry : journal.Entries()) {
-        stream << entry << '\n';
-    }
-    return stream;
 }
 
 }  // namespace simulation

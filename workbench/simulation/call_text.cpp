@@ -5,29 +5,6 @@
 
 namespace simulation {
 
-std::string ToUtf8(std::wstring_view text) {
-    const int units = static_cast<int>(text.size());
-    const int bytes = units == 0 ? 0
-                                 : WideCharToMultiByte(CP_UTF8, 0, text.data(), units, nullptr, 0,
-                                                       nullptr, nullptr);
-    std::string result(static_cast<std::size_t>(bytes), '\0');
-    if (bytes != 0) {
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), units, result.data(), bytes, nullptr, nullptr);
-    }
-    return result;
-}
-
-std::wstring FromUtf8(std::string_view text) {
-    const int bytes = static_cast<int>(text.size());
-    const int units =
-        bytes == 0 ? 0 : MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, nullptr, 0);
-    std::wstring result(static_cast<std::size_t>(units), L'\0');
-    if (units != 0) {
-        MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, result.data(), units);
-    }
-    return result;
-}
-
 std::string GuidText(const GUID& guid) {
     char text[40];
     std::snprintf(text, sizeof(text), "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",

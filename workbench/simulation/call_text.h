@@ -9,15 +9,18 @@
 #include <string_view>
 #include <type_traits>
 
+#include "common/text.h"
+
 namespace simulation {
 
-std::string ToUtf8(std::wstring_view text);
-std::wstring FromUtf8(std::string_view text);
+using workbench::FromUtf8;
+using workbench::ToUtf8;
 
 std::string GuidText(const GUID& guid);
 
 std::string CallText(const wchar_t* text);
 std::string CallText(const char* text);
+inline std::string CallText(const std::string& text) { return text; }
 std::string CallText(const GUID& guid);
 std::string CallText(const LUID& luid);
 std::string CallText(const void* pointer);

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <vector>
 
-#include "simulation/fakes/device_nodes.h"
+#include "simulation/fakes/device_sets.h"
 
 namespace simulation {
 namespace {
@@ -44,16 +44,20 @@ Delivery SendForEach(UINT event, const std::vector<DeviceInterface>& interfaces,
 }  // namespace
 
 HWND FindMonitorWindow() {
-    HWND window = nullptr;
-    while ((window = FindWindowExW(HWND_MESSAGE, window, kMonitorWindowClass, nullptr)) !=
-           nullptr) {
+    HWND after = nullptr;
+    for (;;) {
+        const HWND window = FindWindowExW(HWND_MESSAGE, after, kMonitorWindowClass, nullptr);
+        // Another process may have closed its window meanwhile: then from the first again.
+        if (window == nullptr && (after == nullptr || IsWindow(after))) {
+            return nullptr;
+        }
         DWORD process = 0;
         GetWindowThreadProcessId(window, &process);
-        if (process == GetCurrentProcessId()) {
+        if (window != nullptr && process == GetCurrentProcessId()) {
             return window;
         }
+        after = window;
     }
-    return nullptr;
 }
 
 Delivery SendDeviceChange(UINT event, const GUID& interfaceClass, const std::wstring& path,

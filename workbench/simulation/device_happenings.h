@@ -25,11 +25,11 @@ HWND FindMonitorWindow();
 /// system does (DBT_DEVICEARRIVAL). Waits until the monitor has dealt with it, `patience` for each
 /// interface. Not from the monitor's own thread.
 Delivery PlugDevice(World& world, Device device,
-                    std::chrono::milliseconds patience = std::chrono::seconds(10));
+                    std::chrono::milliseconds patience = std::chrono::minutes(1));
 
 /// Takes the device out of the machine and tells the monitor (DBT_DEVICEREMOVECOMPLETE).
 Delivery UnplugDevice(World& world, const std::wstring& instanceId,
-                      std::chrono::milliseconds patience = std::chrono::seconds(10));
+                      std::chrono::milliseconds patience = std::chrono::minutes(1));
 
 /// Sends one notification about a device interface; `event` is DBT_... One thread at a time.
 Delivery SendDeviceChange(UINT event, const GUID& interfaceClass, const std::wstring& path,

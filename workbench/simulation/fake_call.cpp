@@ -21,12 +21,28 @@ World& RequireWorld(const char* function) {
 FakeCall::FakeCall(const char* function)
     : lastError(GetLastError()),
       theWorld(RequireWorld(function)),
-      sequence(theWorld.journal.Begin(function)),
+      journalled(theWorld.journal.IsKept()),
+      sequence(journalled ? theWorld.journal.Begin(function) : 0),
       fault(theWorld.faults.Next(function)) {}
 
 FakeCall::~FakeCall() {
-    theWorld.journal.Finish(sequence, std::move(arguments), std::move(resultText), journalError);
+    if (journalled) {
+        theWorld.journal.Finish(sequence, std::move(arguments), std::move(resultText),
+                                journalError);
+    }
     SetLastError(lastError);
+}
+
+std::optional<DWORD> FakeCall::Refused(std::initializer_list<Refusal> refusals) const {
+    if (fault) {
+        return fault->error;
+    }
+    for (const Refusal& refusal : refusals) {
+        if (refusal.applies) {
+            return refusal.error;
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace simulation

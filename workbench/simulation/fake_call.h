@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -43,16 +44,35 @@ public:
     /// Pass a buffer that the call is to fill as `const void*`: its text means nothing yet.
     template <class Value>
     void Argument(const char* name, const Value& value) {
-        arguments.push_back({name, CallText(value)});
+        if (journalled) {
+            arguments.emplace_back(name, value);
+        }
+    }
+    void Arguments(std::initializer_list<CallArgument> several) {
+        if (journalled) {
+            arguments.insert(arguments.end(), several);
+        }
     }
 
     /// The failure planned for this call; its `variant` says how to fail.
     const std::optional<Fault>& PlannedFault() const { return fault; }
+    bool IsPlanned(FaultVariant variant) const { return fault && fault->variant == variant; }
+
+    /// A wrong use of the function, and the error that it earns.
+    struct Refusal {
+        bool applies;
+        DWORD error;
+    };
+
+    /// The planned error, or else that of the first refusal that applies.
+    std::optional<DWORD> Refused(std::initializer_list<Refusal> refusals) const;
 
     /// Success; the last error stays.
     template <class Result>
     Result Returns(Result result) {
-        resultText = CallText(result);
+        if (journalled) {
+            resultText = CallText(result);
+        }
         return result;
     }
 
@@ -85,8 +105,8 @@ public:
 
     /// Lets the system itself do it. The last error becomes the one that the system leaves; the
     /// journal takes it for a failure when the result is zero.
-    template <class Function, class... Arguments>
-    auto PassTo(Function* real, Arguments... realArguments) {
+    template <class Function, class... RealArguments>
+    auto PassTo(Function* real, RealArguments... realArguments) {
         SetLastError(lastError);
         if constexpr (std::is_void_v<decltype(real(realArguments...))>) {
             real(realArguments...);
@@ -99,10 +119,17 @@ public:
         }
     }
 
+    /// The planned failure with this result, or else PassTo.
+    template <class Result, class Function, class... RealArguments>
+    Result FailsOrPassesTo(Result failure, Function* real, RealArguments... realArguments) {
+        return fault ? Fails(failure) : PassTo(real, realArguments...);
+    }
+
 private:
     DWORD lastError;  ///< First, so that nothing gets to change it before it is saved.
     OwnWork ownWork;
     World& theWorld;
+    const bool journalled;
     std::uint64_t sequence;
     std::optional<Fault> fault;
     std::vector<CallArgument> arguments;

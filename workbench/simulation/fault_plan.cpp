@@ -6,17 +6,9 @@
 namespace simulation {
 
 const char* VariantName(FaultVariant variant) {
-    switch (variant) {
-        case FaultVariant::Fail:
-            return "Fail";
-        case FaultVariant::NullResult:
-            return "NullResult";
-        case FaultVariant::ShortSize:
-            return "ShortSize";
-        case FaultVariant::SuccessWithNothing:
-            return "SuccessWithNothing";
-    }
-    return "?";
+    // In the order of their declaration.
+    constexpr const char* kNames[] = {"Fail", "NullResult", "ShortSize", "SuccessWithNothing"};
+    return kNames[static_cast<std::size_t>(variant)];
 }
 
 std::ostream& operator<<(std::ostream& stream, const Fault& fault) {

@@ -2,25 +2,18 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 
 namespace simulation {
 namespace {
 
-/// Compares names of libraries, which are plain ASCII and written in any letter case.
-bool SameLibrary(std::string_view left, std::string_view right) {
-    const auto lower = [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    };
-    if (left.size() != right.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        if (lower(left[i]) != lower(right[i])) {
-            return false;
-        }
-    }
-    return true;
+/// Some linkers align the tables of imports to four bytes only.
+template <class Value>
+Value ReadUnaligned(const Value* place) {
+    Value value;
+    std::memcpy(&value, static_cast<const void*>(place), sizeof(value));
+    return value;
 }
 
 /// Calls `visit(library, name, slot)` for every import by name. A slot is where the loader put the
@@ -45,22 +38,25 @@ void VisitImports(HMODULE module, Visitor visit) {
         const auto* lookup =
             reinterpret_cast<const IMAGE_THUNK_DATA*>(base + descriptor->OriginalFirstThunk);
         auto** slot = reinterpret_cast<void**>(base + descriptor->FirstThunk);
-        for (; lookup->u1.AddressOfData != 0; ++lookup, ++slot) {
-            if (IMAGE_SNAP_BY_ORDINAL(lookup->u1.Ordinal)) {
+        for (;; ++lookup, ++slot) {
+            const ULONGLONG import = ReadUnaligned(lookup).u1.AddressOfData;
+            if (import == 0) {
+                break;
+            }
+            if (IMAGE_SNAP_BY_ORDINAL(import)) {
                 continue;
             }
-            const auto* byName =
-                reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + lookup->u1.AddressOfData);
+            const auto* byName = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + import);
             visit(library, reinterpret_cast<const char*>(byName->Name), slot);
         }
     }
 }
 
 /// All slots of one import: a linker may list a library, and so a function, more than once.
-std::vector<void**> SlotsOf(HMODULE module, std::string_view name, std::string_view library) {
+std::vector<void**> SlotsOf(HMODULE module, std::string_view name) {
     std::vector<void**> slots;
-    VisitImports(module, [&](const char* slotLibrary, const char* slotName, void** slot) {
-        if (slotName == name && (library.empty() || SameLibrary(slotLibrary, library))) {
+    VisitImports(module, [&](const char*, const char* slotName, void** slot) {
+        if (slotName == name) {
             slots.push_back(slot);
         }
     });
@@ -106,22 +102,20 @@ ImportRedirection::~ImportRedirection() {
     }
 }
 
-bool ImportRedirection::Imports(std::string_view name, std::string_view library) const {
-    return !SlotsOf(module, name, library).empty();
+bool ImportRedirection::Imports(std::string_view name) const {
+    return !SlotsOf(module, name).empty();
 }
 
-void* ImportRedirection::Redirect(std::string_view name, void* replacement,
-                                  std::string_view library) {
-    const std::vector<void**> slots = SlotsOf(module, name, library);
+void* ImportRedirection::Redirect(std::string_view name, void* replacement) {
+    const std::vector<void**> slots = SlotsOf(module, name);
     if (slots.empty()) {
         throw std::invalid_argument(FileNameOf(module) + " does not import \"" + std::string(name) +
-                                    "\"" +
-                                    (library.empty() ? "" : " from " + std::string(library)));
+                                    "\"");
     }
-    void* const original = *slots.front();
+    void* const original = ReadUnaligned(slots.front());
     changes.reserve(changes.size() + slots.size());
     for (void** slot : slots) {
-        void* const before = *slot;
+        void* const before = ReadUnaligned(slot);
         if (!WriteSlot(slot, replacement)) {
             throw std::runtime_error("the import table cannot be made writable, error " +
                                      std::to_string(GetLastError()));
@@ -129,6 +123,16 @@ void* ImportRedirection::Redirect(std::string_view name, void* replacement,
         changes.push_back({slot, before});
     }
     return original;
+}
+
+void ImportRedirection::RedirectImported(std::initializer_list<Replacement> replacements) {
+    for (const Replacement& replacement : replacements) {
+        void* const original =
+            Imports(replacement.name) ? Redirect(replacement.name, replacement.function) : nullptr;
+        if (replacement.original != nullptr) {
+            std::memcpy(replacement.original, &original, sizeof(original));
+        }
+    }
 }
 
 }  // namespace simulation

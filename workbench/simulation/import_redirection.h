@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -19,6 +20,27 @@ struct Import {
 /// Everything that `module` imports by name, in table order. Imports by ordinal are left out.
 std::vector<Import> ImportsOf(HMODULE module);
 
+/// What is to be called instead of an import.
+struct Replacement {
+    /// `originalFunction` receives what was called before; null where the module lacks the import.
+    template <class Function>
+    Replacement(const char* importName, Function* replacement, Function** originalFunction)
+        : name(importName),
+          function(reinterpret_cast<void*>(replacement)),
+          original(originalFunction) {}
+
+    const char* name;
+    void* function;
+    void* original;  ///< The address of a pointer to a function; may be null.
+};
+
+/// A replacement that never passes a call on; the compiler checks its signature all the same:
+/// `Replace<decltype(::ClosePrinter)>("ClosePrinter", FakeClosePrinter)`
+template <class Function>
+Replacement Replace(const char* name, Function* replacement) {
+    return {name, replacement, static_cast<Function**>(nullptr)};
+}
+
 /// Makes a loaded module call other functions than those it was linked to. Only calls that the
 /// module itself makes are affected. The destructor puts everything back, in reverse order, so the
 /// module must still be loaded then. Used from one thread; the module may run meanwhile.
@@ -29,12 +51,11 @@ public:
     ImportRedirection(const ImportRedirection&) = delete;
     ImportRedirection& operator=(const ImportRedirection&) = delete;
 
-    /// `library`, when given, restricts the question to that DLL (in any letter case).
-    bool Imports(std::string_view name, std::string_view library = {}) const;
+    bool Imports(std::string_view name) const;
 
     /// Sends calls of the import `name` to `replacement`; returns what was called before. Throws
     /// std::invalid_argument naming import and module when the module has no such import.
-    void* Redirect(std::string_view name, void* replacement, std::string_view library = {});
+    void* Redirect(std::string_view name, void* replacement);
 
     /// The same with the signature checked by the compiler; gives the original for passing on:
     /// `real = redirection.Redirect<decltype(::CloseHandle)>("CloseHandle", FakeCloseHandle);`
@@ -51,6 +72,9 @@ public:
         std::string_view name, std::remove_reference_t<Function>* replacement) {
         return Imports(name) ? Redirect<Function>(name, replacement) : nullptr;
     }
+
+    /// Redirects those of the imports that the module has.
+    void RedirectImported(std::initializer_list<Replacement> replacements);
 
 private:
     struct Change {

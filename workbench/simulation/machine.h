@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "simulation/device_property.h"
+#include "simulation/lies.h"
 
 namespace simulation {
 
@@ -166,6 +167,7 @@ struct Machine {
     RegistryPreset registry;
     std::map<std::wstring, FileVersion> fileVersions;  ///< By full path.
     Clocks clocks;
+    Lies lies;  ///< No machine file tells any.
 };
 
 }  // namespace simulation

@@ -53,29 +53,8 @@ nlohmann::json ParseWithUniqueKeys(const std::string& text, const std::string& f
     }
 }
 
-Firmware ReadFirmware(const JsonNode& node) {
-    const JsonObject object(node, kFirmwareShape);
-    Firmware firmware;
-    ReadIfPresent(object, "boardProduct", firmware.boardProduct, &JsonNode::Text);
-    ReadIfPresent(object, "oemProduct", firmware.oemProduct, &JsonNode::Text);
-    ReadIfPresent(object, "biosVersion", firmware.biosVersion, &JsonNode::Text);
-    return firmware;
-}
-
-RegistryPreset ReadRegistry(const JsonNode& node) {
-    const JsonObject object(node, kRegistryShape);
-    RegistryPreset preset;
-    ReadNullable(object, "biosReportTime", preset.biosReportTime, &JsonNode::Whole<std::int64_t>);
-    ReadNullable(object, "reportDevicesCount", preset.reportDevicesCount,
-                 &JsonNode::Whole<std::int32_t>);
-    ReadNullable(object, "popUpBlocking", preset.popUpBlocking, &JsonNode::Whole<std::int32_t>);
-    ReadNullable(object, "powerfulMode", preset.powerfulMode, &JsonNode::Whole<std::int32_t>);
-    return preset;
-}
-
 /// "1.2.3.4"
-std::array<WORD, 4> ReadVersion(const JsonNode& node) {
-    std::array<WORD, 4> numbers{};
+void ReadVersion(const JsonNode& node, std::array<WORD, 4>& numbers) {
     std::string rest = node.Utf8() + ".";
     for (WORD& number : numbers) {
         const std::size_t dot = rest.find('.');
@@ -91,48 +70,52 @@ std::array<WORD, 4> ReadVersion(const JsonNode& node) {
     if (!rest.empty()) {
         node.FailExpecting("four numbers up to 65535 such as \"12.0.3.105\"");
     }
-    return numbers;
-}
-
-std::map<std::wstring, FileVersion> ReadFileVersions(const JsonNode& node) {
-    std::map<std::wstring, FileVersion> versions;
-    for (const auto& [path, member] : node.Members()) {
-        const JsonObject object(member, kFileVersionShape);
-        FileVersion& version = versions[FromUtf8(path)];
-        version.product = ReadVersion(object["product"]);
-        version.file = version.product;
-        ReadIfPresent(object, "file", version.file, ReadVersion);
-    }
-    return versions;
-}
-
-Clocks ReadClocks(const JsonNode& node) {
-    const JsonObject object(node, kClocksShape);
-    Clocks clocks;
-    ReadNullable(object, "unixSeconds", clocks.unixSeconds, &JsonNode::Whole<std::int64_t>);
-    ReadNullable(object, "steadyNanoseconds", clocks.steadyNanoseconds,
-                 &JsonNode::Whole<std::int64_t>);
-    return clocks;
 }
 
 }  // namespace
+
+void Read(const JsonNode& node, RegistryPreset& preset) {
+    node.ReadObject({{"biosReportTime", Into(preset.biosReportTime)},
+                     {"reportDevicesCount", Into(preset.reportDevicesCount)},
+                     {"popUpBlocking", Into(preset.popUpBlocking)},
+                     {"powerfulMode", Into(preset.powerfulMode)}});
+}
+
+void Read(const JsonNode& node, std::map<std::wstring, FileVersion>& versions) {
+    for (const auto& [path, member] : node.Members()) {
+        FileVersion& version = versions[FromUtf8(path)];
+        const auto readProduct = [&](const JsonNode& text) {
+            ReadVersion(text, version.product);
+            version.file = version.product;
+        };
+        const auto readFile = [&](const JsonNode& text) { ReadVersion(text, version.file); };
+        member.ReadObject({{"product", readProduct, kRequired}, {"file", readFile}});
+    }
+}
+
+void Read(const JsonNode& node, Clocks& clocks) {
+    node.ReadObject({{"unixSeconds", Into(clocks.unixSeconds)},
+                     {"steadyNanoseconds", Into(clocks.steadyNanoseconds)}});
+}
 
 MachineFileError::MachineFileError(const std::string& text) : std::runtime_error(Readable(text)) {}
 
 Machine ParseMachine(const std::string& text, const std::string& fileName) {
     const nlohmann::json document = ParseWithUniqueKeys(text, fileName);
-    const JsonObject object(JsonNode(document, "", fileName), kMachineShape);
     Machine machine;
-    ReadIfPresent(object, "description", machine.description, &JsonNode::Utf8);
-    ReadIfPresent(object, "devices", machine.devices, ReadDevices);
-    ReadIfPresent(object, "printers", machine.printers, ReadPrinters);
-    ReadIfPresent(object, "display", machine.display, ReadDisplay);
-    ReadIfPresent(object, "logons", machine.logons, ReadLogons);
-    ReadNullable(object, "firmware", machine.firmware, ReadFirmware);
-    ReadIfPresent(object, "suite", machine.suite, ReadSuite);
-    ReadIfPresent(object, "registry", machine.registry, ReadRegistry);
-    ReadIfPresent(object, "fileVersions", machine.fileVersions, ReadFileVersions);
-    ReadIfPresent(object, "clocks", machine.clocks, ReadClocks);
+    const auto ignore = [](const JsonNode&) {};
+    JsonNode(document, "", fileName)
+        .ReadObject({{"$schema", ignore},
+                     {"description", Into(machine.description)},
+                     {"devices", Into(machine.devices)},
+                     {"printers", Into(machine.printers)},
+                     {"display", Into(machine.display)},
+                     {"logons", Into(machine.logons)},
+                     {"firmware", Into(machine.firmware)},
+                     {"suite", Into(machine.suite)},
+                     {"registry", Into(machine.registry)},
+                     {"fileVersions", Into(machine.fileVersions)},
+                     {"clocks", Into(machine.clocks)}});
     return machine;
 }
 

@@ -16,37 +16,12 @@ constexpr std::uintptr_t kMarkMask = 0xFFF0'0000'0000'0000;
 }  // namespace
 
 const char* KindName(ResourceKind kind) {
-    switch (kind) {
-        case ResourceKind::DeviceSet:
-            return "device set";
-        case ResourceKind::RegistryKey:
-            return "registry key";
-        case ResourceKind::Printer:
-            return "printer";
-        case ResourceKind::File:
-            return "file";
-        case ResourceKind::Token:
-            return "token";
-        case ResourceKind::Impersonation:
-            return "impersonation";
-        case ResourceKind::Thread:
-            return "thread";
-        case ResourceKind::Notification:
-            return "notification";
-        case ResourceKind::WindowClass:
-            return "window class";
-        case ResourceKind::Window:
-            return "window";
-        case ResourceKind::HeapBlock:
-            return "heap block";
-        case ResourceKind::WtsMemory:
-            return "WTS memory";
-        case ResourceKind::LocalMemory:
-            return "local memory";
-        case ResourceKind::ModuleReference:
-            return "module reference";
-    }
-    return "?";
+    // In the order of their declaration.
+    constexpr const char* kNames[] = {
+        "device set",   "registry key",    "printer",      "file",   "token",      "impersonation",
+        "thread",       "notification",    "window class", "window", "heap block", "WTS memory",
+        "local memory", "module reference"};
+    return kNames[static_cast<std::size_t>(kind)];
 }
 
 void* ResourceLedger::Acquire(ResourceKind kind, std::string note) {
@@ -98,16 +73,6 @@ bool ResourceLedger::IsOpen(ResourceKind kind, const void* value) const {
     return std::any_of(open.begin(), open.end(), [&](const OpenResource& resource) {
         return resource.kind == kind && resource.value == value;
     });
-}
-
-std::optional<ResourceKind> ResourceLedger::KindOf(const void* value) const {
-    const std::lock_guard lock(mutex);
-    for (const OpenResource& resource : open) {
-        if (resource.value == value) {
-            return resource.kind;
-        }
-    }
-    return std::nullopt;
 }
 
 bool ResourceLedger::IsSimulatedHandle(const void* value) {

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <iosfwd>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -54,8 +53,6 @@ public:
     bool Release(ResourceKind kind, const void* value);
 
     bool IsOpen(ResourceKind kind, const void* value) const;
-    /// What an open value is; values that are not out have no kind.
-    std::optional<ResourceKind> KindOf(const void* value) const;
     /// Whether `value` was made by some ledger's Acquire, open or not.
     static bool IsSimulatedHandle(const void* value);
 

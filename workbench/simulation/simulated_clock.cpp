@@ -23,8 +23,6 @@ void SimulatedClock::SetUnixSeconds(std::int64_t seconds) {
     wall = seconds * kNanosecondsPerSecond;
 }
 
-void SimulatedClock::SetSteady(std::chrono::nanoseconds sinceStart) { steady = sinceStart.count(); }
-
 void SimulatedClock::Advance(std::chrono::nanoseconds span) {
     for (std::atomic<std::int64_t>* clock : {&wall, &steady}) {
         if (*clock != kNotSet) {

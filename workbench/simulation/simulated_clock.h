@@ -17,7 +17,6 @@ public:
     explicit SimulatedClock(const Clocks& clocks);
 
     void SetUnixSeconds(std::int64_t seconds);
-    void SetSteady(std::chrono::nanoseconds sinceStart);
     /// Moves those clocks that were set.
     void Advance(std::chrono::nanoseconds span);
 

@@ -30,6 +30,11 @@ bool World::Unplug(const std::wstring& instanceId) {
 
 World* CurrentWorld() { return currentWorld; }
 
+bool CallsAreNoted() {
+    const World* const world = currentWorld;
+    return world == nullptr || world->journal.IsKept();
+}
+
 SimulatedMachine::Reign::Reign(World& world) {
     World* none = nullptr;
     if (!currentWorld.compare_exchange_strong(none, &world)) {
@@ -39,12 +44,20 @@ SimulatedMachine::Reign::Reign(World& world) {
 
 SimulatedMachine::Reign::~Reign() { currentWorld = nullptr; }
 
+void SimulatedMachine::Reign::PassTo(World& world) { currentWorld = &world; }
+
 SimulatedMachine::SimulatedMachine(HMODULE module, Machine machine,
                                    const std::vector<FakeFamily>& families)
     : theWorld(std::make_unique<World>(std::move(machine))), reign(*theWorld), redirection(module) {
     for (const FakeFamily install : families) {
         install(redirection);
     }
+}
+
+void SimulatedMachine::Become(Machine machine) {
+    auto next = std::make_unique<World>(std::move(machine));
+    reign.PassTo(*next);
+    theWorld = std::move(next);
 }
 
 }  // namespace simulation

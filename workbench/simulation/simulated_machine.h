@@ -84,6 +84,9 @@ public:
 
     World& world() { return *theWorld; }
 
+    /// Is another machine from now on, in a new world. Nobody may be inside a call.
+    void Become(Machine machine);
+
 private:
     /// Makes a world the current one.
     class Reign {
@@ -92,6 +95,8 @@ private:
         ~Reign();
         Reign(const Reign&) = delete;
         Reign& operator=(const Reign&) = delete;
+
+        void PassTo(World& world);
     };
 
     // The imports are put back before the world that the fakes ask is gone.

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
 
 #include "simulation/device_property.h"
 
@@ -30,7 +29,17 @@ struct NamedPropertyKey {
     DEVPROPKEY key;
     DEVPROPTYPE type;
 };
-const std::vector<NamedPropertyKey>& NamedPropertyKeys();
+inline constexpr NamedPropertyKey kNamedPropertyKeys[] = {
+    {"Parent", kParentKey, DEVPROP_TYPE_STRING},
+    {"Class", kClassKey, DEVPROP_TYPE_STRING},
+    {"ClassGuid", kClassGuidKey, DEVPROP_TYPE_GUID},
+    {"Manufacturer", kManufacturerKey, DEVPROP_TYPE_STRING},
+    {"DeviceDesc", kDeviceDescKey, DEVPROP_TYPE_STRING},
+    {"FriendlyName", kFriendlyNameKey, DEVPROP_TYPE_STRING},
+    {"Name", kNameKey, DEVPROP_TYPE_STRING},
+    {"ContainerId", kContainerIdKey, DEVPROP_TYPE_GUID},
+    {"HardwareIds", kHardwareIdsKey, DEVPROP_TYPE_STRING_LIST},
+};
 
 inline constexpr GUID kHidInterface{
     0x4D1E55B2, 0xF16F, 0x11CF, {0x88, 0xCB, 0x00, 0x11, 0x11, 0x00, 0x00, 0x30}};
@@ -46,6 +55,11 @@ struct NamedInterfaceClass {
     std::string_view name;
     GUID guid;
 };
-const std::vector<NamedInterfaceClass>& NamedInterfaceClasses();
+inline constexpr NamedInterfaceClass kNamedInterfaceClasses[] = {
+    {"hid", kHidInterface},
+    {"usb", kUsbDeviceInterface},
+    {"monitor", kMonitorInterface},
+    {"disk", kDiskInterface},
+};
 
 }  // namespace simulation

@@ -8,62 +8,29 @@ namespace {
 
 constexpr std::size_t kMostShown = 20;
 
-std::string Excerpt(const std::string& text, std::size_t around) {
-    constexpr std::size_t kBefore = 20;
-    constexpr std::size_t kLength = 60;
-    const std::size_t begin = around > kBefore ? around - kBefore : 0;
-    return "'" + text.substr(begin, kLength) + "'" +
-           (begin + kLength < text.size() ? "... of " + std::to_string(text.size()) : "");
+std::string TextOf(const Outcome& outcome) {
+    std::string text = "line '" + outcome.line + "'";
+    for (const SentEvent& event : outcome.events) {
+        text += ", event " + std::to_string(event.id);
+        for (const auto& [key, value] : event.fields) {
+            text += ", " + key + " " + value;
+        }
+    }
+    return text;
 }
 
-/// Where and how two texts differ.
-std::string TextDifference(const std::string& expected, const std::string& found) {
+/// Where and how two outcomes differ.
+std::string Difference(const Outcome& expected, const Outcome& found) {
+    constexpr std::size_t kBefore = 40;
+    constexpr std::size_t kLength = 100;
+    const std::string texts[] = {TextOf(expected), TextOf(found)};
     std::size_t same = 0;
-    while (same < std::min(expected.size(), found.size()) && expected[same] == found[same]) {
+    while (same < std::min(texts[0].size(), texts[1].size()) && texts[0][same] == texts[1][same]) {
         ++same;
     }
-    return "at character " + std::to_string(same) + " expected " + Excerpt(expected, same) +
-           ", found " + Excerpt(found, same);
-}
-
-std::string KeysOf(const SentEvent& event) {
-    std::string keys;
-    for (const auto& [key, value] : event.fields) {
-        keys += (keys.empty() ? "" : ", ") + key;
-    }
-    return std::to_string(event.id) + " (" + keys + ")";
-}
-
-std::string EventDifference(const SentEvent& expected, const SentEvent& found) {
-    if (KeysOf(expected) != KeysOf(found)) {
-        return "expected " + KeysOf(expected) + ", found " + KeysOf(found);
-    }
-    for (std::size_t i = 0; i < expected.fields.size(); ++i) {
-        const auto& [key, value] = expected.fields[i];
-        if (value != found.fields[i].second) {
-            return key + ": " + TextDifference(value, found.fields[i].second);
-        }
-    }
-    return {};
-}
-
-std::string OutcomeDifference(const Outcome& expected, const Outcome& found) {
-    if (expected.line != found.line) {
-        return "expected the line '" + expected.line + "', found '" + found.line + "'";
-    }
-    const std::size_t both = std::min(expected.events.size(), found.events.size());
-    for (std::size_t i = 0; i < both; ++i) {
-        const std::string difference = EventDifference(expected.events[i], found.events[i]);
-        if (!difference.empty()) {
-            return "event " + std::to_string(i + 1) + " of " +
-                   std::to_string(expected.events.size()) + ": " + difference;
-        }
-    }
-    const bool missing = expected.events.size() > both;
-    const Outcome& longer = missing ? expected : found;
-    return "expected " + std::to_string(expected.events.size()) + " events, found " +
-           std::to_string(found.events.size()) + "; " + (missing ? "missing is " : "too much is ") +
-           KeysOf(longer.events[both]);
+    const std::size_t begin = same - std::min(same, kBefore);
+    return "at character " + std::to_string(same) + " expected <" +
+           texts[0].substr(begin, kLength) + ">, found <" + texts[1].substr(begin, kLength) + ">";
 }
 
 }  // namespace
@@ -74,7 +41,7 @@ void Findings::Compare(Time at, const std::string& occasion, const std::vector<O
     eventsCompared += static_cast<int>(happened.events.size());
     const auto match = std::find(possible.begin(), possible.end(), happened);
     if (match == possible.end()) {
-        Add(at, occasion + ": " + OutcomeDifference(possible.front(), happened));
+        Add(at, occasion + ": " + Difference(possible.front(), happened));
     } else if (match != possible.begin()) {
         ++tolerated;
     }

@@ -1,89 +1,78 @@
 #include "accelerated/story/inventory_model.h"
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
+#include <optional>
 #include <utility>
 
-#include "accelerated/story/text.h"
+#include "simulation/call_text.h"
+#include "simulation/well_known.h"
 
 namespace story {
 namespace {
 
-constexpr char kHidClass[] = "{4D1E55B2-F16F-11CF-88CB-001111000030}";
+using simulation::Device;
+using simulation::DeviceInterface;
+
 constexpr std::size_t kMostRecords = 500;
-/// A longer instance id does not fit into what the plug-in asks with.
+// Longer answers do not fit into what the plug-in asks with.
 constexpr std::size_t kMostIdUnits = 259;
+constexpr std::size_t kMostPropertyBytes = 4096;
+constexpr std::size_t kMostHidUnits = 129;
 
-bool HasInterface(const DeviceFact& device, const std::string& classGuid) {
-    return std::any_of(device.interfaces.begin(), device.interfaces.end(),
-                       [&](const InterfaceFact& one) { return one.classGuid == classGuid; });
+bool HasInterface(const Device& device, const GUID& interfaceClass) {
+    return std::any_of(
+        device.interfaces.begin(), device.interfaces.end(),
+        [&](const DeviceInterface& one) { return one.interfaceClass == interfaceClass; });
 }
 
-std::wstring Property(const DeviceFact& device, const char* name) {
-    const auto found = device.properties.find(name);
-    return found == device.properties.end() ? std::wstring() : found->second;
+std::wstring Lines(const wchar_t* list) {
+    std::wstring lines;
+    for (; *list != L'\0'; list += std::wcslen(list) + 1) {
+        AppendUnique(lines, list);
+    }
+    return lines;
 }
 
-DeviceRecord RecordOf(const DeviceFact& device) {
-    DeviceRecord record;
-    record.isRemovable = device.removable;
-    record.id = UpperCase(device.id);
-    record.className = Property(device, "Class");
-    record.maker = Property(device, "Manufacturer");
-    record.description = Property(device, "DeviceDesc");
-    record.name = Property(device, "FriendlyName");
-    AppendUnique(record.name, Property(device, "Name"));
-    record.container = Property(device, "ContainerId");
-    record.device = VendorAndProduct(record.id);
-    return record;
-}
-
-/// What the device itself says, through each HID interface that can be opened.
-void AskHid(DeviceRecord& record, const DeviceFact& device) {
-    for (const InterfaceFact& one : device.interfaces) {
-        if (one.classGuid == kHidClass && one.opens) {
-            record.name = one.product.value_or(record.name);
-            record.maker = one.manufacturer.value_or(record.maker);
-        }
+std::wstring TextOf(const simulation::DeviceProperty& property) {
+    // Aligned as the types ask for it.
+    std::vector<std::uint64_t> words(property.bytes.size() / sizeof(std::uint64_t) + 1);
+    std::memcpy(words.data(), property.bytes.data(), property.bytes.size());
+    switch (property.type) {
+        case DEVPROP_TYPE_STRING:
+            return reinterpret_cast<const wchar_t*>(words.data());
+        case DEVPROP_TYPE_STRING_LIST:
+            return Lines(reinterpret_cast<const wchar_t*>(words.data()));
+        case DEVPROP_TYPE_GUID:
+            return simulation::FromUtf8(
+                simulation::GuidText(*reinterpret_cast<const GUID*>(words.data())));
+        case DEVPROP_TYPE_UINT32:
+            return std::to_wstring(*reinterpret_cast<const UINT32*>(words.data()));
+        default:
+            return {};
     }
 }
 
-using Filter = std::function<bool(const DeviceFact&)>;
-
-void Fill(DeviceRecords& inventory, const std::vector<DeviceFact>& devices, const Presence& present,
-          bool asksHid, const Filter& wanted) {
-    for (std::size_t i = 0; i < devices.size() && inventory.size() < kMostRecords; ++i) {
-        const DeviceFact& device = devices[i];
-        if (!present[i] || device.id.size() > kMostIdUnits || !wanted(device)) {
-            continue;
+std::wstring Property(const Device& device, const DEVPROPKEY& key) {
+    for (const simulation::DeviceProperty& property : device.properties) {
+        if (simulation::SameKey(property.key, key)) {
+            return property.bytes.size() <= kMostPropertyBytes ? TextOf(property) : std::wstring();
         }
-        DeviceRecord record = RecordOf(device);
-        if (asksHid) {
-            AskHid(record, device);
+    }
+    return {};
+}
+
+std::wstring UpperCase(std::wstring text) {
+    for (wchar_t& unit : text) {
+        if (unit >= L'a' && unit <= L'z') {
+            unit = static_cast<wchar_t>(unit - L'a' + L'A');
         }
-        std::wstring key = record.id;
-        inventory.emplace(std::move(key), std::move(record));  // Keeps what is there.
     }
+    return text;
 }
 
-}  // namespace
-
-DeviceRecords InventoryAtStart(const std::vector<DeviceFact>& devices, const Presence& present) {
-    DeviceRecords inventory;
-    Fill(inventory, devices, present, /*asksHid=*/true,
-         [](const DeviceFact& device) { return HasInterface(device, kHidClass); });
-    Fill(inventory, devices, present, /*asksHid=*/false, [](const DeviceFact&) { return true; });
-    return inventory;
-}
-
-void AddArrival(DeviceRecords& inventory, const std::vector<DeviceFact>& devices,
-                const Presence& present, const DeviceFact& arrived) {
-    for (const InterfaceFact& one : arrived.interfaces) {
-        Fill(inventory, devices, present, /*asksHid=*/true,
-             [&](const DeviceFact& device) { return HasInterface(device, one.classGuid); });
-    }
-}
-
+/// The vendor and product in an instance id in capital letters.
 std::wstring VendorAndProduct(const std::wstring& id) {
     static const std::pair<std::wstring, std::size_t> kMarkersAndLengths[] = {
         {L"DISPLAY\\", 15}, {L"VID&", 21}, {L"VID_", 17}, {L"VEN_", 17}};
@@ -95,6 +84,83 @@ std::wstring VendorAndProduct(const std::wstring& id) {
         }
     }
     return {};
+}
+
+DeviceInfo RecordOf(const Device& device) {
+    DeviceInfo record;
+    record.isRemovable =
+        device.statusResult == 0 && (device.status & simulation::kDeviceRemovable) != 0;
+    record.instanceId = UpperCase(device.instanceId);
+    record.className = Property(device, simulation::kClassKey);
+    record.manufacturer = Property(device, simulation::kManufacturerKey);
+    record.description = Property(device, simulation::kDeviceDescKey);
+    record.name = Property(device, simulation::kFriendlyNameKey);
+    AppendUnique(record.name, Property(device, simulation::kNameKey));
+    record.containerId = Property(device, simulation::kContainerIdKey);
+    record.vendorId = VendorAndProduct(record.instanceId);
+    return record;
+}
+
+void Replace(std::wstring& field, const std::optional<std::wstring>& answer) {
+    if (answer && answer->size() <= kMostHidUnits) {
+        field = *answer;
+    }
+}
+
+/// What the device itself says, through each HID interface that can be opened.
+void AskHid(DeviceInfo& record, const Device& device) {
+    for (const DeviceInterface& one : device.interfaces) {
+        if (one.interfaceClass == simulation::kHidInterface && one.hid &&
+            one.hid->openError == ERROR_SUCCESS) {
+            Replace(record.name, one.hid->product);
+            Replace(record.manufacturer, one.hid->manufacturer);
+        }
+    }
+}
+
+using Filter = std::function<bool(const Device&)>;
+
+void Fill(DeviceMap& inventory, const simulation::Machine& machine, bool asksHid,
+          const Filter& wanted) {
+    for (const Device& device : machine.devices) {
+        if (inventory.size() == kMostRecords) {
+            return;
+        }
+        if (!device.present || device.instanceId.size() > kMostIdUnits || !wanted(device)) {
+            continue;
+        }
+        DeviceInfo record = RecordOf(device);
+        if (asksHid) {
+            AskHid(record, device);
+        }
+        std::wstring key = record.instanceId;
+        inventory.emplace(std::move(key), std::move(record));  // Keeps what is there.
+    }
+}
+
+}  // namespace
+
+DeviceMap InventoryAtStart(const simulation::Machine& machine) {
+    DeviceMap inventory;
+    Fill(inventory, machine, /*asksHid=*/true,
+         [](const Device& device) { return HasInterface(device, simulation::kHidInterface); });
+    Fill(inventory, machine, /*asksHid=*/false, [](const Device&) { return true; });
+    return inventory;
+}
+
+void AddArrival(DeviceMap& inventory, const simulation::Machine& machine, const Device& arrived) {
+    for (const DeviceInterface& one : arrived.interfaces) {
+        Fill(inventory, machine, /*asksHid=*/true,
+             [&](const Device& device) { return HasInterface(device, one.interfaceClass); });
+    }
+}
+
+void AppendUnique(std::wstring& text, const std::wstring& added) {
+    if (text.empty()) {
+        text = added;
+    } else if (text.find(added) == std::wstring::npos) {
+        text += L'\n' + added;
+    }
 }
 
 }  // namespace story

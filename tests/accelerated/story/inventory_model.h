@@ -1,25 +1,30 @@
-// Which devices the inventory holds after its start and after arrivals, and what it says of them.
+// What the inventory says of devices, printers and displays.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "accelerated/story/device_record.h"
-#include "accelerated/story/machine_facts.h"
+#include "device_reporter/device_info.h"
+#include "simulation/machine.h"
 
 namespace story {
 
-/// Devices in the machine's order, and which of them are there at the moment.
-using Presence = std::vector<bool>;
+using DeviceReporter::DeviceInfo;
+using DeviceReporter::DeviceMap;
 
-/// HID interfaces first, then everything.
-DeviceRecords InventoryAtStart(const std::vector<DeviceFact>& devices, const Presence& present);
+/// Which devices it holds after its start: HID interfaces first, then everything.
+DeviceMap InventoryAtStart(const simulation::Machine& machine);
 
 /// Each interface of the device arrives, and with it whatever is present in its class.
-void AddArrival(DeviceRecords& inventory, const std::vector<DeviceFact>& devices,
-                const Presence& present, const DeviceFact& arrived);
+void AddArrival(DeviceMap& inventory, const simulation::Machine& machine,
+                const simulation::Device& arrived);
 
-/// The vendor and product in an instance id in capital letters.
-std::wstring VendorAndProduct(const std::wstring& id);
+std::vector<DeviceInfo> PrinterRecords(const simulation::Machine& machine);
+
+/// None at all when one display cannot be read.
+std::vector<DeviceInfo> DisplayRecords(const simulation::Machine& machine);
+
+/// Adds a line, unless it is empty or stands somewhere in the text already.
+void AppendUnique(std::wstring& text, const std::wstring& added);
 
 }  // namespace story

@@ -49,9 +49,9 @@ struct Observation {
     std::vector<TimedEvent> strangers;  ///< Events that belong to nothing.
 };
 
-/// `log` and `record` are the host's files, `shown` its standard output. Throws std::runtime_error
-/// where they are not of the expected form.
-Observation ReadObservation(const std::string& log, const std::string& record,
+/// The two files are the host's, `shown` is its standard output. Throws std::runtime_error where
+/// they are not of the expected form.
+Observation ReadObservation(const std::wstring& logFile, const std::wstring& recordFile,
                             const std::string& shown);
 
 }  // namespace story

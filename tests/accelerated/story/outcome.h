@@ -4,9 +4,23 @@
 #include <string>
 #include <vector>
 
-#include "accelerated/story/sent_event.h"
+#include "support/recorded_events.h"
 
 namespace story {
+
+inline constexpr int kBiosEvent = 992614500;
+inline constexpr int kEcLogEvent = 992614512;
+inline constexpr int kOptimisationEvent = 992614518;
+inline constexpr int kDeviceListEvent = 992614533;
+
+struct SentEvent {
+    int id = 0;
+    test_support::EventFields fields;
+
+    bool operator==(const SentEvent& other) const {
+        return id == other.id && fields == other.fields;
+    }
+};
 
 struct Outcome {
     std::string line;  ///< What is logged first; empty: nothing, or nothing that is compared.

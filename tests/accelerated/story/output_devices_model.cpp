@@ -1,9 +1,7 @@
-#include "accelerated/story/output_devices_model.h"
-
 #include <optional>
 #include <stdexcept>
 
-#include "accelerated/story/text.h"
+#include "accelerated/story/inventory_model.h"
 
 namespace story {
 namespace {
@@ -28,7 +26,7 @@ std::wstring TopologyWord(unsigned topology) {
 }
 
 /// Three letters of five bits each. Nothing where one of them is none.
-std::optional<std::wstring> EdidMaker(const std::vector<std::uint8_t>& edid) {
+std::optional<std::wstring> EdidMaker(const std::vector<BYTE>& edid) {
     if (edid.size() < kMakerOffset + 2) {
         throw std::runtime_error("with so short an EDID the plug-in ends its process");
     }
@@ -62,47 +60,50 @@ std::wstring DisplayId(const std::wstring& path) {
 
 }  // namespace
 
-std::vector<DeviceRecord> PrinterRecords(const MachineFacts& machine) {
-    std::vector<DeviceRecord> records;
-    for (const PrinterFact& printer : machine.printers) {
+std::vector<DeviceInfo> PrinterRecords(const simulation::Machine& machine) {
+    std::vector<DeviceInfo> records;
+    for (const simulation::Printer& printer : machine.printers) {
         if (!printer.name || !printer.driverName) {
             continue;
         }
-        DeviceRecord record;
-        record.id = *printer.name;
+        const simulation::PrinterDriver driver =
+            printer.driver.value_or(simulation::PrinterDriver());
+        DeviceInfo record;
+        record.instanceId = *printer.name;
         record.name = *printer.name;
         record.className = L"Printer";
         record.description = *printer.driverName;
-        record.device = printer.dataType.value_or(L"").substr(0, kMostUnitsOfTypeAndPort);
-        AppendUnique(record.device,
+        record.vendorId = printer.dataType.value_or(L"").substr(0, kMostUnitsOfTypeAndPort);
+        AppendUnique(record.vendorId,
                      printer.portName.value_or(L"").substr(0, kMostUnitsOfTypeAndPort));
-        record.maker = printer.maker.value_or(L"");
-        record.container = printer.hardwareId.value_or(L"");
+        record.manufacturer = driver.manufacturer.value_or(L"");
+        record.containerId = driver.hardwareId.value_or(L"");
         records.push_back(record);
     }
     return records;
 }
 
-std::vector<DeviceRecord> DisplayRecords(const MachineFacts& machine) {
-    std::vector<DeviceRecord> records;
-    for (const DisplayFact& display : machine.displays) {
+std::vector<DeviceInfo> DisplayRecords(const simulation::Machine& machine) {
+    std::vector<DeviceInfo> records;
+    for (const simulation::DisplayPath& display : machine.display.paths) {
         if (!NamesRegistryKey(display.devicePath) || !display.edid || display.edid->empty()) {
             return {};
         }
         const std::optional<std::wstring> maker = EdidMaker(*display.edid);
-        if (!maker || !display.hasMode) {
+        if (!maker || !display.mode) {
             return {};
         }
-        DeviceRecord record;
-        record.id = display.devicePath;
+        DeviceInfo record;
+        record.instanceId = display.devicePath;
         record.name = display.friendlyName;
-        record.maker = *maker;
+        record.manufacturer = *maker;
         record.className = L"Monitor";
-        record.description = std::to_wstring(display.width) + L"x" +
-                             std::to_wstring(display.height) + L"@" +
-                             std::to_wstring(display.frequency) + L"Hz_" +
-                             TopologyWord(machine.topology) + (records.empty() ? L"_I" : L"_E");
-        record.device = DisplayId(display.devicePath);
+        record.description = std::to_wstring(display.mode->width & 0xFFFF) + L"x" +
+                             std::to_wstring(display.mode->height & 0xFFFF) + L"@" +
+                             std::to_wstring(display.mode->frequency & 0xFFFF) + L"Hz_" +
+                             TopologyWord(machine.display.topology) +
+                             (records.empty() ? L"_I" : L"_E");
+        record.vendorId = DisplayId(display.devicePath);
         records.push_back(record);
     }
     return records;

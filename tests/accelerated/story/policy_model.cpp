@@ -3,10 +3,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "accelerated/story/device_list_model.h"
-#include "accelerated/story/output_devices_model.h"
+#include "accelerated/story/reports.h"
 #include "accelerated/story/rhythm.h"
-#include "accelerated/story/single_reports.h"
 
 namespace story {
 namespace {
@@ -16,28 +14,24 @@ using std::chrono::hours;
 constexpr int kMostLists = 10;
 constexpr hours kBiosSpacing{72};
 constexpr hours kListSpacing{24};
-/// Of a firmware event, on a machine that is busy with other things.
-constexpr hours kLatestAnswer{1};
 constexpr std::size_t kBiosHours = 12;
 constexpr std::size_t kOptimisationHours = 24;
 
-constexpr char kListLine[] = "Peripheral list(DeviceReporter::ReportDeviceInfo::DoReportDevices)";
 constexpr char kRefusalEnd[] = "(DeviceReporter::ReportDeviceInfo::DoReportDevices)";
 
 bool Is(const Happening& happening, const char* what) { return happening.at("do") == what; }
 
 }  // namespace
 
-PolicyModel::PolicyModel(const MachineFacts& facts, const std::vector<Happening>& story,
+PolicyModel::PolicyModel(const simulation::Machine& machine, const std::vector<Happening>& story,
                          Observation seen, Findings& results)
-    : machine(facts),
-      script(story),
-      worlds(WorldsOf(facts, story)),
+    : script(story),
+      machines(MachinesOf(machine, story)),
       observation(std::move(seen)),
       findings(results),
-      count(facts.reportDevicesCount.value_or(0)) {
-    if (machine.biosReportTime) {
-        biosStamp = Time(std::chrono::seconds(*machine.biosReportTime));
+      count(machine.registry.reportDevicesCount.value_or(0)) {
+    if (machine.registry.biosReportTime) {
+        biosStamp = Time(std::chrono::seconds(*machine.registry.biosReportTime));
     }
 }
 
@@ -68,10 +62,13 @@ void PolicyModel::PlayFirmwareEvents() {
             continue;
         }
         const Time time = observation.happenings[i];
-        const Outcome expected = FirmwareReport(machine, script[i].at("code").get<unsigned>());
+        // The host fires and goes on to the next happening only when the plug-in has answered.
+        const Time latest =
+            i + 1 < script.size() ? observation.happenings[i + 1] : observation.runs.back().stopped;
+        const Outcome expected = FirmwareReport(machines[i], script[i].at("code").get<unsigned>());
         Outcome happened;
         if (!expected.line.empty() && !reports.empty() &&
-            reports.front().time - time < kLatestAnswer &&
+            reports.front().time - latest < kTolerance &&
             time - reports.front().time < kTolerance) {
             happened = reports.front().outcome;
             reports.pop_front();
@@ -86,9 +83,9 @@ void PolicyModel::PlayRun(const PluginRun& run, std::size_t first, std::size_t l
     }
     firstHappening = first;
     lastHappening = last;
-    inventories = InventoriesOf(machine, script, worlds, first, last);
+    inventories = InventoriesOf(machines, script, first, last);
     lastList = run.start;
-    monitorRuns = AllowsDeviceLists(machine, worlds[first]) && count < kMostLists;
+    monitorRuns = AllowsDeviceLists(machines[first].suite) && count < kMostLists;
     if (run.registersHourly != monitorRuns) {
         findings.Add(run.start, std::string("the device monitor must ") +
                                     (monitorRuns ? "be started" : "not be started"));
@@ -101,6 +98,7 @@ void PolicyModel::PlayRun(const PluginRun& run, std::size_t first, std::size_t l
 
     const hours tick(monitorRuns ? 1 : 12);
     CheckRhythm(run, tick, findings);
+    timeLost += TimeLost(run, tick);
     for (std::size_t i = 1; i < run.loopLines.size(); ++i) {
         const Time latest = run.loopLines[i];
         Tick({run.loopLines[i - 1] + tick, latest, latest + tick},
@@ -138,9 +136,9 @@ void PolicyModel::Bios(const Occasion& occasion) {
     const auto event = TakeTimerEvent(kBiosEvent, occasion.latest);
     const Time time = event ? event->time : occasion.latest;
     std::vector<Outcome> possible;
-    for (const bool due :
-         biosStamp ? HasPassed(*biosStamp, time, kBiosSpacing) : std::vector<bool>{true}) {
-        possible.push_back(due ? BiosReport(machine) : Outcome());
+    for (const bool due : biosStamp ? HasPassed(*biosStamp, occasion.earliest, time, kBiosSpacing)
+                                    : std::vector<bool>{true}) {
+        possible.push_back(due ? BiosReport(machines.front()) : Outcome());
     }
     Outcome happened;
     if (event) {
@@ -155,7 +153,7 @@ void PolicyModel::Optimisation(const Occasion& occasion) {
     const Time time = event ? event->time : occasion.latest;
     std::vector<Outcome> possible;
     for (const std::size_t happenings : HappeningsBy(time)) {
-        possible.push_back(OptimisationReport(machine, worlds[happenings]));
+        possible.push_back(OptimisationReport(machines[happenings]));
     }
     Outcome happened;
     if (event) {
@@ -173,18 +171,16 @@ void PolicyModel::DeviceList(const Occasion& occasion) {
     }
     const Time time = seen ? seen->time : occasion.latest;
     std::vector<Outcome> possible;
-    for (const bool due : HasPassed(lastList, time, kListSpacing)) {
+    for (const bool due : HasPassed(lastList, occasion.earliest, time, kListSpacing)) {
         for (const std::size_t happenings : HappeningsBy(time)) {
-            const std::string& consent = worlds[happenings].consent;
+            const std::string& consent = machines[happenings].suite.consent;
             if (!due || !monitorRuns) {
                 possible.emplace_back();
             } else if (consent != "1") {
                 possible.push_back({"IsAgreeClause = " + consent + kRefusalEnd, {}});
             } else {
-                possible.push_back(
-                    {kListLine,
-                     DeviceListEvents(inventories[happenings - firstHappening],
-                                      PrinterRecords(machine), DisplayRecords(machine))});
+                possible.push_back(DeviceListReport(inventories[happenings - firstHappening],
+                                                    machines[happenings]));
             }
         }
     }

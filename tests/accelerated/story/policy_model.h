@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "accelerated/story/findings.h"
-#include "accelerated/story/machine_facts.h"
 #include "accelerated/story/observation.h"
 #include "accelerated/story/world.h"
 
@@ -17,15 +16,16 @@ namespace story {
 class PolicyModel {
 public:
     /// `script` in the order in which it is played. The references must outlive the model.
-    PolicyModel(const MachineFacts& facts, const std::vector<Happening>& story, Observation seen,
-                Findings& results);
+    PolicyModel(const simulation::Machine& machine, const std::vector<Happening>& story,
+                Observation seen, Findings& results);
 
     /// Goes through the whole observation once. Throws std::runtime_error where it does not fit the
     /// script at all.
     void Play();
 
-    int deviceLists = 0;  ///< How many were seen.
-    int refusals = 0;     ///< How often the user's answer kept one back.
+    int deviceLists = 0;                   ///< How many were seen.
+    int refusals = 0;                      ///< How often the user's answer kept one back.
+    std::chrono::milliseconds timeLost{};  ///< In all runs, see rhythm.h.
 
 private:
     /// One run of the timer's callbacks, or Start itself.
@@ -49,9 +49,8 @@ private:
     /// How many happenings were played by then, the likeliest number first.
     std::vector<std::size_t> HappeningsBy(Time time) const;
 
-    const MachineFacts& machine;
     const std::vector<Happening>& script;
-    const std::vector<World> worlds;
+    const std::vector<simulation::Machine> machines;  ///< After so many happenings.
     Observation observation;
     Findings& findings;
 
@@ -61,7 +60,7 @@ private:
     // Of the present run:
     std::size_t firstHappening = 0;
     std::size_t lastHappening = 0;  ///< Behind the last one.
-    std::vector<DeviceRecords> inventories;
+    std::vector<DeviceMap> inventories;
     bool monitorRuns = false;
     Time lastList;  ///< Or when the monitor was allowed.
 };

@@ -17,10 +17,13 @@ struct StoryResult {
     int refusals = 0;
     int runs = 0;
     int tolerated = 0;
+    std::chrono::milliseconds timeLost{};  ///< By a busy machine, see rhythm.h.
 };
 
 /// The content of a machine file. Throws std::runtime_error.
 nlohmann::json LoadMachine(const std::string& fileName);
+/// What happens in the story that the workbench plays by itself, for eleven days on the laptop.
+std::vector<Happening> ShippedScript();
 /// Names of all machine files, in order.
 std::vector<std::string> MachineFileNames();
 

@@ -1,93 +1,82 @@
 #include "accelerated/story/world.h"
 
+#include <algorithm>
+#include <optional>
 #include <stdexcept>
+#include <string>
 
-#include "accelerated/story/text.h"
+#include "simulation/call_text.h"
 
 namespace story {
 namespace {
 
+using simulation::Machine;
+
 constexpr int kListsAllowed = 3;
 
-std::size_t DeviceIndex(const MachineFacts& machine, const Happening& happening) {
-    const std::wstring id = Utf16FromUtf8(happening.at("device").get<std::string>());
+std::size_t DeviceIndex(const Machine& machine, const Happening& happening) {
+    const std::wstring id = simulation::FromUtf8(happening.at("device").get<std::string>());
     for (std::size_t i = 0; i < machine.devices.size(); ++i) {
-        if (machine.devices[i].id == id) {
+        if (machine.devices[i].instanceId == id) {
             return i;
         }
     }
     throw std::runtime_error("the machine has no device of " + happening.dump());
 }
 
-void SetSwitch(World& world, const Happening& happening) {
-    std::optional<int>& value =
-        happening.at("switch") == "PowerfulModeStatus" ? world.powerfulMode : world.popUpBlocking;
-    if (happening.at("value").is_null()) {
-        value.reset();
-    } else {
-        value = happening.at("value").get<int>();
-        world.switchesKey = true;
-    }
-}
-
-World After(const MachineFacts& machine, World world, const Happening& happening) {
+Machine After(Machine machine, const Happening& happening) {
     const std::string what = happening.at("do");
     if (what == "set_consent") {
-        world.consent = happening.at("answer").get<std::string>();
+        machine.suite.consent = happening.at("answer").get<std::string>();
     } else if (what == "set_feature") {
-        world.features[happening.at("name").get<std::string>()] = happening.at("value").get<int>();
+        machine.suite.features[happening.at("name")] = happening.at("value").get<int>();
     } else if (what == "set_switch") {
-        SetSwitch(world, happening);
+        const auto& value = happening.at("value");
+        (happening.at("switch") == "PowerfulModeStatus" ? machine.registry.powerfulMode
+                                                        : machine.registry.popUpBlocking) =
+            value.is_null() ? std::nullopt : std::optional(value.get<std::int32_t>());
     } else if (what == "plug_device" || what == "unplug_device") {
-        world.present[DeviceIndex(machine, happening)] = what == "plug_device";
+        machine.devices[DeviceIndex(machine, happening)].present = what == "plug_device";
     } else if (what != "restart_plugin" && what != "fire_firmware_event" && what != "stop") {
         throw std::runtime_error("the model does not know the happening " + happening.dump());
     }
-    return world;
+    return machine;
 }
 
 }  // namespace
 
-std::vector<World> WorldsOf(const MachineFacts& machine, const std::vector<Happening>& script) {
-    World world;
-    world.consent = machine.consent;
-    world.features = machine.features;
-    if (!machine.switchesSid.empty()) {
-        world.popUpBlocking = machine.popUpBlocking;
-        world.powerfulMode = machine.powerfulMode;
-        world.switchesKey = world.popUpBlocking || world.powerfulMode;
-    }
-    for (const DeviceFact& device : machine.devices) {
-        world.present.push_back(device.present);
-    }
-    std::vector<World> worlds{world};
+std::vector<Machine> MachinesOf(const Machine& machine, const std::vector<Happening>& script) {
+    std::vector<Machine> machines{machine};
     for (const Happening& happening : script) {
-        worlds.push_back(After(machine, worlds.back(), happening));
+        machines.push_back(After(machines.back(), happening));
     }
-    return worlds;
+    return machines;
 }
 
-std::vector<DeviceRecords> InventoriesOf(const MachineFacts& machine,
-                                         const std::vector<Happening>& script,
-                                         const std::vector<World>& worlds, std::size_t first,
-                                         std::size_t last) {
-    std::vector<DeviceRecords> inventories{
-        InventoryAtStart(machine.devices, worlds[first].present)};
+std::vector<DeviceMap> InventoriesOf(const std::vector<Machine>& machines,
+                                     const std::vector<Happening>& script, std::size_t first,
+                                     std::size_t last) {
+    std::vector<DeviceMap> inventories{InventoryAtStart(machines[first])};
     for (std::size_t n = first; n < last; ++n) {
-        DeviceRecords inventory = inventories.back();
+        DeviceMap inventory = inventories.back();
         if (script[n].at("do") == "plug_device") {
-            AddArrival(inventory, machine.devices, worlds[n + 1].present,
-                       machine.devices[DeviceIndex(machine, script[n])]);
+            const Machine& machine = machines[n + 1];
+            AddArrival(inventory, machine, machine.devices[DeviceIndex(machine, script[n])]);
         }
         inventories.push_back(inventory);
     }
     return inventories;
 }
 
-bool AllowsDeviceLists(const MachineFacts& machine, const World& world) {
-    const auto feature = world.features.find("ReportDeviceList");
-    return feature != world.features.end() && feature->second == kListsAllowed &&
-           (!machine.hasShelf || machine.shelfSaysChina);
+bool AllowsDeviceLists(const simulation::Suite& suite) {
+    const auto feature = suite.features.find("ReportDeviceList");
+    if (feature == suite.features.end() || feature->second != kListsAllowed) {
+        return false;
+    }
+    return !suite.shelf ||
+           std::any_of(suite.shelf->begin(), suite.shelf->end(), [](const auto& one) {
+               return one.first == "VRLoginGuide" && one.second == "china";
+           });
 }
 
 }  // namespace story

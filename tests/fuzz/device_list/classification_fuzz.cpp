@@ -8,6 +8,7 @@
 #include "device_reporter/report_device_info.h"
 #include "fuzz/campaign.h"
 #include "fuzz/texts.h"
+#include "support/device_list_model.h"
 
 namespace {
 
@@ -52,30 +53,6 @@ Inventory MakeInventory(fuzz::Random& random) {
     return inventory;
 }
 
-bool SharesAContainerWithARemovableDevice(const DeviceInfo& device, const DeviceMap& devices) {
-    for (const auto& [id, other] : devices) {
-        if (other.isRemovable && other.containerId == device.containerId) {
-            return true;
-        }
-    }
-    return false;
-}
-
-/// The ids of the devices that belong into the list of those that begin with `prefix`.
-std::vector<std::wstring> ExpectedIds(const DeviceMap& devices, std::wstring_view prefix) {
-    std::vector<std::wstring> ids;
-    for (const auto& [id, device] : devices) {
-        const std::wstring_view begin = std::wstring_view(id).substr(0, 3);
-        const bool isOther = begin != L"HID" && begin != L"BTH";
-        if ((prefix.empty() ? isOther : begin == prefix) && !device.vendorId.empty() &&
-            !device.className.empty() && device.className.find(L"System") == std::wstring::npos &&
-            SharesAContainerWithARemovableDevice(device, devices)) {
-            ids.push_back(id);
-        }
-    }
-    return ids;
-}
-
 std::vector<std::wstring> IdsOf(const std::vector<DeviceInfo>& list) {
     std::vector<std::wstring> ids;
     for (const DeviceInfo& device : list) {
@@ -92,9 +69,10 @@ void CheckInventory(const Inventory& inventory) {
     std::vector<DeviceInfo> bluetooth;
     std::vector<DeviceInfo> other;
     DeviceReporter::ClassifyDevices(reporter, hid, bluetooth, other);
-    RequireSame(IdsOf(hid), ExpectedIds(devices, L"HID"), "the HID list");
-    RequireSame(IdsOf(bluetooth), ExpectedIds(devices, L"BTH"), "the Bluetooth list");
-    RequireSame(IdsOf(other), ExpectedIds(devices, L""), "the list of the others");
+    const test_support::ClassifiedDevices expected = test_support::ExpectedLists(devices);
+    RequireSame(IdsOf(hid), IdsOf(expected.hid), "the HID list");
+    RequireSame(IdsOf(bluetooth), IdsOf(expected.bluetooth), "the Bluetooth list");
+    RequireSame(IdsOf(other), IdsOf(expected.other), "the list of the others");
 }
 
 TEST(ClassificationFuzz, PutsEachReportedDeviceIntoOneListInOrder) {

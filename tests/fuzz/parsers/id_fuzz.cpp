@@ -11,7 +11,6 @@
 
 namespace {
 
-using fuzz::Require;
 using fuzz::RequireSame;
 
 std::wstring MakeInstanceId(fuzz::Random& random) {
@@ -56,7 +55,6 @@ void CheckInstanceId(const std::wstring& id) {
     expected = expected.empty() ? Piece(id, L"VID_", 17) : expected;
     expected = expected.empty() ? Piece(id, L"VEN_", 17) : expected;
     const std::wstring vendorId = DeviceReporter::GetVendorId(id);
-    Require(id.find(vendorId) != std::wstring::npos, "the vendor id is a part of the id", vendorId);
     RequireSame(vendorId, std::wstring(expected), "the first marker with a whole piece wins");
 }
 

@@ -12,7 +12,6 @@
 namespace {
 
 using DeviceReporter::DeviceInfo;
-using fuzz::Require;
 using fuzz::RequireSame;
 using Field = std::wstring DeviceInfo::*;
 
@@ -92,9 +91,6 @@ void CheckFiling(const FiledProperty& filed) {
         } else if (target != &DeviceInfo::name) {
             RequireSame(now, filed.text, "the field is replaced");
         } else {
-            Require(now.compare(0, filed.before.size(), filed.before) == 0,
-                    "what was in the name stays in front", now);
-            Require(now.find(filed.text) != std::wstring::npos, "the name has the text", now);
             RequireSame(now, ExpectedName(filed), "nothing is told twice, and one text a line");
         }
     }

@@ -76,7 +76,7 @@ void MonitoredPlugin::Stop() {
 }
 
 bool MonitoredPlugin::MonitorEnds() {
-    return !monitorThread || WaitForSingleObject(monitorThread.Get(), 30'000) == WAIT_OBJECT_0;
+    return !monitorThread || test_support::WaitForSignal(monitorThread.Get());
 }
 
 DWORD MonitoredPlugin::MonitorThreadId() {

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "support/comes_true.h"
+
 namespace device_monitor_test {
 namespace {
 
@@ -16,6 +18,7 @@ constexpr std::uint64_t kFileTimePerMillisecond = 10'000;
 
 std::atomic<std::size_t> longWaits{0};
 std::atomic<bool> tickIsDue{false};
+/// By the clock that tells the thread library that the wait has lasted long enough.
 std::atomic<std::uint64_t> passedHours{0};
 std::atomic<std::uint64_t> passedOnTheWallClock{0};  // Milliseconds.
 decltype(::WaitForSingleObject)* realWaitForSingleObject = nullptr;
@@ -98,10 +101,7 @@ void Replace(simulation::ImportRedirection& redirection, const char* name, Funct
 }
 
 bool LoopWaitsFor(std::size_t count) {
-    for (int i = 0; i < 30'000 && longWaits < count; ++i) {
-        Sleep(1);
-    }
-    return longWaits >= count;
+    return test_support::ComesTrue([count] { return longWaits >= count; });
 }
 
 }  // namespace
@@ -123,22 +123,26 @@ PassingHours::PassingHours(HMODULE module, simulation::World& worldOfTest)
 
 bool PassingHours::LoopWaits() const { return LoopWaitsFor(1); }
 
-bool PassingHours::PassTick() { return PassTick(std::chrono::hours(1)); }
-
-bool PassingHours::PassTick(std::chrono::milliseconds onTheWallClock) {
+bool PassingHours::PassTick(std::chrono::milliseconds onTheWallClock,
+                            std::chrono::milliseconds onTheSteadyClock) {
     if (!LoopWaits()) {
         return false;
     }
     const std::size_t before = longWaits;
-    SetWallClockAhead(onTheWallClock);
-    ++passedHours;
-    world.clock.Advance(std::chrono::hours(1));
-    tickIsDue = true;
+    EndWait(onTheWallClock, onTheSteadyClock);
     return LoopWaitsFor(before + 1);
 }
 
-void PassingHours::SetWallClockAhead(std::chrono::milliseconds by) {
-    passedOnTheWallClock += static_cast<std::uint64_t>(by.count());
+void PassingHours::EndWait(std::chrono::milliseconds onTheWallClock,
+                           std::chrono::milliseconds onTheSteadyClock) {
+    MoveClocks(onTheWallClock, onTheSteadyClock);
+    ++passedHours;
+    tickIsDue = true;
+}
+
+void PassingHours::MoveClocks(std::chrono::milliseconds wall, std::chrono::milliseconds steady) {
+    passedOnTheWallClock += static_cast<std::uint64_t>(wall.count());
+    world.clock.Advance(steady);
 }
 
 }  // namespace device_monitor_test

@@ -24,15 +24,17 @@ class PassingHours {
 public:
     PassingHours(HMODULE module, simulation::World& world);
 
-    /// Waits until the loop waits. False when it does not get there within half a minute.
+    /// Waits until the loop waits. False when it never does.
     bool LoopWaits() const;
-    /// Advances the clocks by an hour, the machine's steady clock included, ends the wait and
-    /// returns when the loop waits again, so all callbacks of the tick have run.
-    bool PassTick();
-    /// The same, with a wall clock on which that hour took another time.
-    bool PassTick(std::chrono::milliseconds onTheWallClock);
-    /// Sets only the wall clock; the loop goes on waiting.
-    static void SetWallClockAhead(std::chrono::milliseconds by);
+    /// Advances the clocks, by an hour unless told otherwise, ends the wait and returns when the
+    /// loop waits again, so all callbacks of the tick have run.
+    bool PassTick(std::chrono::milliseconds onTheWallClock = std::chrono::hours(1),
+                  std::chrono::milliseconds onTheSteadyClock = std::chrono::hours(1));
+    /// The same, but returns at once.
+    void EndWait(std::chrono::milliseconds onTheWallClock,
+                 std::chrono::milliseconds onTheSteadyClock);
+    /// The loop goes on waiting.
+    void MoveClocks(std::chrono::milliseconds wall, std::chrono::milliseconds steady);
 
 private:
     simulation::World& world;

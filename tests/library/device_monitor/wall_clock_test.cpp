@@ -1,9 +1,14 @@
-// A wall clock that is set or slewed while the timer loop waits.
+// Clocks that are set, slewed or go on while the machine sleeps, as the timer loop waits.
 #include <gtest/gtest.h>
+#include <windows.h>
 
+#include <atomic>
 #include <chrono>
+#include <optional>
+#include <thread>
 
 #include "library/device_monitor/monitored_plugin.h"
+#include "simulation/import_redirection.h"
 
 namespace {
 
@@ -12,6 +17,7 @@ using namespace std::chrono_literals;
 
 class WallClock : public MonitoredPlugin {
 protected:
+    /// One for each hour that the loop took for passed, and one of Stop to close the window.
     std::size_t Requests() { return Journal().Count("PostMessageW"); }
 };
 
@@ -28,12 +34,66 @@ TEST_F(WallClock, ThatIsSetBackLosesNoHour) {
     EXPECT_EQ(Requests(), 1u);
 }
 
+TEST_F(WallClock, ThatIsSetAheadMakesAnHourOfAWakeForNothing) {
+    Start();
+    ASSERT_TRUE(hours.PassTick(2h, 1min));
+    EXPECT_EQ(Requests(), 1u);
+}
+
 TEST_F(WallClock, ThatIsSetAheadMakesNoHourOfAStop) {
     Start();
-    hours.SetWallClockAhead(2h);
+    hours.MoveClocks(2h, 0s);
     Stop();
-    // The one that closes the window.
     EXPECT_EQ(Requests(), 1u);
+}
+
+TEST_F(WallClock, ThatWentOnWithTheOtherInASleepMakesNoHourOfAStop) {
+    Start();
+    hours.MoveClocks(2h, 2h);
+    Stop();
+    EXPECT_EQ(Requests(), 1u);
+}
+
+TEST_F(WallClock, MakesAnHourOfAWakeForNothingInItsLastSecondsOnly) {
+    Start();
+    ASSERT_TRUE(hours.PassTick(1min, 1min));
+    ASSERT_TRUE(hours.PassTick(1h - 11s, 1h - 11s));
+    EXPECT_EQ(Requests(), 0u);
+    ASSERT_TRUE(hours.PassTick(1h - 5s, 1h - 5s));
+    EXPECT_EQ(Requests(), 1u);
+}
+
+std::atomic<DWORD> stoppingThread{0};
+std::atomic<bool> stopWaitsForTheLoop{false};
+decltype(::WaitForSingleObject)* waitForSingleObject = nullptr;
+
+DWORD WINAPI NotedWaitForSingleObject(HANDLE object, DWORD milliseconds) {
+    if (GetCurrentThreadId() == stoppingThread) {
+        stopWaitsForTheLoop = true;
+    }
+    return waitForSingleObject(object, milliseconds);
+}
+
+TEST_F(WallClock, ThatIsSetBackDoesNotTakeTheLastHourFromAStopBeforeTheWait) {
+    simulation::ImportRedirection redirection(module.Handle());
+    waitForSingleObject = redirection.Redirect<decltype(::WaitForSingleObject)>(
+        "WaitForSingleObject", &NotedWaitForSingleObject);
+    Start();
+    std::optional<std::thread> stop;
+    // The loop writes its line between looking for a Stop and waiting.
+    suite.log.onLine = [&](const test_support::LogLine&) {
+        if (!stop) {
+            stop.emplace([this] {
+                stoppingThread = GetCurrentThreadId();
+                Stop();
+            });
+            EXPECT_TRUE(ComesTrue([] { return stopWaitsForTheLoop.load(); }));
+        }
+    };
+    ASSERT_TRUE(hours.PassTick());
+    hours.EndWait(-2h, 1h);
+    stop->join();
+    EXPECT_EQ(Requests(), 3u);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "library/device_sources/plain_walk.h"
 #include "library/device_sources/registered_devices.h"
 #include "simulation/well_known.h"
+#include "support/real_devices.h"
 #include "support/recorded_log.h"
 
 namespace {
@@ -19,6 +20,7 @@ TEST(RealDevices, ThatLeaveStayInTheMap) {
     if (!real_devices::RunsInWine()) {
         GTEST_SKIP() << real_devices::kOnlyInWine;
     }
+    test_support::WaitForRealDevices();
     test_support::Timeline timeline;
     const test_support::RecordedLog log(timeline);
     std::vector<simulation::Device> two = real_devices::SampleInventory();
@@ -42,6 +44,7 @@ TEST(RealDevices, OfTheTestsAreGoneAfterwards) {
     if (!real_devices::RunsInWine()) {
         GTEST_SKIP() << real_devices::kOnlyInWine;
     }
+    test_support::WaitForRealDevices();
     { const real_devices::RegisteredDevices devices(real_devices::SampleInventory()); }
     for (const std::wstring& id : plain_walk::InstanceIds()) {
         EXPECT_EQ(id.find(L"TALLYTEST"), std::wstring::npos) << testing::PrintToString(id);

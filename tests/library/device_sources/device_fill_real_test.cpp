@@ -11,6 +11,8 @@
 #include "library/device_sources/plain_walk.h"
 #include "library/device_sources/registered_devices.h"
 #include "simulation/well_known.h"
+#include "support/comes_true.h"
+#include "support/real_devices.h"
 #include "support/recorded_log.h"
 
 namespace {
@@ -27,6 +29,7 @@ class RealDeviceFill : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         if (real_devices::RunsInWine()) {
+            test_support::WaitForRealDevices();
             registered =
                 std::make_unique<real_devices::RegisteredDevices>(real_devices::SampleInventory());
         }
@@ -86,16 +89,12 @@ protected:
             return device.second.name != node.name ||
                    device.second.manufacturer != node.manufacturer;
         };
-        constexpr int kAttempts = 100;
-        for (int i = 0; i < kAttempts; ++i) {
+        return test_support::ComesTrue([&] {
             devices.clear();
             timeline.Clear();
             EXPECT_TRUE(AddDeviceInterfaceToMap(simulation::kHidInterface, devices));
-            if (std::any_of(devices.begin(), devices.end(), hasAnswered)) {
-                return true;
-            }
-        }
-        return false;
+            return std::any_of(devices.begin(), devices.end(), hasAnswered);
+        });
     }
 
     static DeviceMap AllDevices() {

@@ -11,6 +11,7 @@
 #include "device_reporter/edid_registry.h"
 #include "library/device_sources/registered_devices.h"
 #include "library/device_sources/stored_edid.h"
+#include "support/real_devices.h"
 #include "support/recorded_log.h"
 
 namespace {
@@ -65,6 +66,7 @@ protected:
         if (!real_devices::RunsInWine()) {
             GTEST_SKIP() << real_devices::kOnlyInWine;
         }
+        test_support::WaitForRealDevices();
         monitors = DesktopMonitors();
         if (monitors.size() != 1) {
             GTEST_SKIP() << "expects one monitor, as Wine has without a window system";

@@ -10,6 +10,7 @@
 #include "device_reporter/printer_info.h"
 #include "library/device_sources/installed_printers.h"
 #include "library/device_sources/registered_devices.h"
+#include "support/real_devices.h"
 #include "support/recorded_log.h"
 
 namespace {
@@ -24,6 +25,7 @@ protected:
         if (!real_devices::RunsInWine()) {
             GTEST_SKIP() << real_devices::kOnlyInWine;
         }
+        test_support::WaitForRealDevices();
     }
 
     static std::map<std::wstring, DeviceInfo> List() {

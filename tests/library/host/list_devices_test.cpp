@@ -1,17 +1,27 @@
-// --list-devices on the machine files, compared with what they must give.
+// --list-devices on the machine files, compared with what they must give, and on this computer.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 
-#include "library/host/host_program.h"
+#include "common/text.h"
+#include "host/run/surroundings.h"
+#include "library/device_sources/plain_walk.h"
+#include "support/host_program.h"
+#include "support/real_devices.h"
 #include "support/temp_folder.h"
 
 namespace host_test {
 namespace {
 
 using test_support::ChildResult;
+using test_support::LinesOf;
+using test_support::ReadFile;
+using test_support::RunHost;
+using test_support::ShownLines;
+using test_support::WriteFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -39,6 +49,36 @@ std::string Difference(const Lines& expected, const Lines& actual) {
     return text;
 }
 
+/// The text with numbers left out, in which devices differ that a machine file repeats.
+std::string WithoutNumbers(const std::string& line) {
+    std::string text;
+    std::copy_if(line.begin(), line.end(), std::back_inserter(text), [](char one) {
+        return one != ' ' && (one < '0' || one > '9') && (one < 'A' || one > 'F');
+    });
+    return text;
+}
+
+/// The text without the lines that differ from two others above in numbers only. In their place it
+/// says how many there are.
+std::string Shortened(const std::string& text) {
+    std::map<std::string, int> seen;
+    std::string result;
+    int leftOut = 0;
+    for (const std::string& line : LinesOf(text)) {
+        const std::string kind = WithoutNumbers(line);
+        if (!kind.empty() && ++seen[kind] > 2) {
+            ++leftOut;
+            continue;
+        }
+        if (leftOut != 0) {
+            result += "... and " + std::to_string(leftOut) + " more like those above\n";
+            leftOut = 0;
+        }
+        result += line + "\n";
+    }
+    return result;
+}
+
 /// The names of all machine files.
 std::vector<std::string> Machines() {
     std::vector<std::string> names;
@@ -63,6 +103,7 @@ TEST_P(ListedMachine, HasTheExpectedInventory) {
     std::string output = result.output;
     ASSERT_THAT(output, HasSubstr(machine));
     output.replace(output.find(machine), machine.size(), name + ".json");
+    output = Shortened(output);
 
     const std::string expectedFile = EXPECTED_FOLDER "/" + name + ".txt";
     const std::string expected =
@@ -148,13 +189,40 @@ TEST_F(ListDevices, NamesEveryObstacleOfAnUnreportedDevice) {
                 ElementsAre("container", "class", "vendor id", "container, class, vendor id"));
 }
 
-TEST_F(ListDevices, SaysThatAnEdidIsTooShortForThePlugin) {
-    const ChildResult result = List(R"({"display": {"topology": "internal", "paths": [{
-        "sourceAdapter": 1, "sourceId": 0, "targetId": 1, "gdiName": "\\\\.\\DISPLAY1",
-        "friendlyName": "M", "devicePath": "\\\\?\\DISPLAY#AAA0001#1#{0}", "edid": ["00 FF"]}]}})");
-    EXPECT_EQ(result.exitCode, 1U);
-    EXPECT_EQ(LinesOf(result.errors).size(), 1U);
-    EXPECT_THAT(result.errors, HasSubstr("ended with an exception"));
+TEST(ListDevicesHere, ShowsEachDeviceThatAPlainWalkFindsAndLeavesTheRegistryAlone) {
+    if (GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") == nullptr) {
+        GTEST_SKIP() << "in Wine no device is removable, so that all are in one table";
+    }
+    test_support::WaitForRealDevices();
+    const std::int64_t written = 1'700'000'000;
+    ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, host::kKeptStateKey, host::kBiosReportTime,
+                              REG_QWORD, &written, sizeof(written)),
+              ERROR_SUCCESS);
+    const ChildResult result = RunHost({L"--list-devices"});
+    EXPECT_EQ(result.exitCode, 0U) << result.errors;
+    std::vector<std::string> expected;
+    for (const std::wstring& id : plain_walk::InstanceIds()) {
+        expected.push_back(workbench::ToUtf8(id));
+    }
+    Lines listed;
+    const Lines lines = LinesOf(result.output);
+    // Below the title, the explanation and the headings.
+    const std::string title = "Not reported: " + std::to_string(expected.size()) + " devices";
+    const auto begin = std::find(lines.begin(), lines.end(), title);
+    for (auto line = begin; line != lines.end() && !line->empty(); ++line) {
+        listed.push_back(line->substr(line->rfind("  ") + 2));
+    }
+    ASSERT_GT(listed.size(), 3U);
+    listed.erase(listed.begin(), listed.begin() + 3);
+    EXPECT_EQ(listed, expected);
+
+    std::int64_t read = 0;
+    DWORD size = sizeof(read);
+    EXPECT_EQ(RegGetValueW(HKEY_LOCAL_MACHINE, host::kKeptStateKey, host::kBiosReportTime,
+                           RRF_RT_REG_QWORD, nullptr, &read, &size),
+              ERROR_SUCCESS);
+    EXPECT_EQ(read, written);
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, host::kKeptStateKey, host::kBiosReportTime);
 }
 
 }  // namespace

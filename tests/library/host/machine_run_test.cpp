@@ -4,17 +4,20 @@
 
 #include <algorithm>
 #include <functional>
+#include <nlohmann/json.hpp>
 
-#include "host/sent_event.h"
-#include "library/host/host_program.h"
-#include "support/temp_folder.h"
+#include "library/host/host_run.h"
 
 namespace host_test {
 namespace {
 
 using nlohmann::json;
 using test_support::ChildResult;
-using test_support::TempFolder;
+using test_support::LinesBelow;
+using test_support::LinesOf;
+using test_support::RunHost;
+using test_support::ShownLines;
+using test_support::WriteFile;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -23,11 +26,11 @@ using testing::StartsWith;
 /// A machine of which the tests know every answer.
 constexpr char kMachine[] = R"({
     "description": "Known in every detail",
-    "devices": [{
-        "id": "USB\\VID_0001&PID_0002\\3",
-        "present": false,
-        "interfaces": [{"class": "usb", "path": "\\\\?\\usb#vid_0001&pid_0002#3"}]
-    }],
+    "devices": [
+        {"id": "USB\\VID_0001&PID_0002\\3", "present": false,
+         "interfaces": [{"class": "usb", "path": "\\\\?\\usb#vid_0001&pid_0002#3"}]},
+        {"id": "USB\\DEAF"}
+    ],
     "logons": {
         "consoleSession": 1,
         "sessions": [{"id": 1, "user": "DESK\\anna"}],
@@ -46,11 +49,12 @@ constexpr char kMachine[] = R"({
         }
     }
 })";
+constexpr char kBiosEvent[] = "992614500: Board 7, Oem 8, Bios 9";
+constexpr char kSwitchesEvent[] = "992614518: OPEN_MODE, 1, 1.2.3.4";
+constexpr char kFirmwareEvent[] = R"({"at": "0s", "do": "fire_firmware_event", "code": 675})";
 
-class HostMachineRun : public testing::Test {
+class HostMachineRun : public HostRun {
 protected:
-    std::wstring File(const wchar_t* name) const { return folder.Path() + L"\\" + name; }
-
     /// Runs on the known machine, changed as wanted.
     ChildResult RunOnMachine(const std::string& script,
                              const std::function<void(json&)>& change = {}) const {
@@ -59,156 +63,125 @@ protected:
             change(machine);
         }
         WriteFile(File(L"machine.json"), machine.dump());
-        WriteFile(File(L"script.jsonl"), script);
-        return RunHost({L"--seconds", L"1", L"--machine", File(L"machine.json"), L"--script",
-                        File(L"script.jsonl"), L"--events", File(L"events.ndjson")});
+        return Run({L"--seconds", L"1", L"--machine", File(L"machine.json")}, script);
     }
-
-    TempFolder folder;
 };
 
-TEST_F(HostMachineRun, RecordsEveryEventInOrder) {
-    const ChildResult result = RunOnMachine("");
-    EXPECT_EQ(result.exitCode, 0U) << result.errors;
-    const std::vector<json> events = ReadRecord(File(L"events.ndjson"));
-    ASSERT_THAT(IdsOf(events), ElementsAre(host::kBiosInfoEventId, host::kPopUpBlockInfoEventId));
-    EXPECT_EQ(events[0]["fields"], json::parse(R"([{"key": "Product", "value": "Board 7"},
-                              {"key": "String7", "value": "Oem 8"},
-                              {"key": "Version", "value": "Bios 9"}])"));
-    EXPECT_EQ(events[1]["fields"], json::parse(R"([{"key": "mode", "value": "OPEN_MODE"},
-                                                   {"key": "status", "value": "1"},
-                                                   {"key": "version", "value": "1.2.3.4"}])"));
-    EXPECT_THAT(result.output, HasSubstr("Known in every detail"));
-}
-
-TEST_F(HostMachineRun, FiresFirmwareEventsFromAScript) {
+TEST_F(HostMachineRun, RecordsEveryEventInOrderAndClosesWithASummary) {
     const ChildResult result =
-        RunOnMachine(R"({"at": "0s", "do": "fire_firmware_event", "code": 675}
-{"at": "0s", "do": "fire_firmware_event", "code": 674}
-{"at": "0s", "do": "fire_firmware_event", "code": 676})");
-    EXPECT_EQ(result.exitCode, 0U) << result.errors;
-    const std::vector<json> events = ReadRecord(File(L"events.ndjson"));
-    ASSERT_THAT(IdsOf(events), ElementsAre(host::kBiosInfoEventId, host::kPopUpBlockInfoEventId,
-                                           host::kEcLogEventId));
-    const json& fields = events[2]["fields"];
-    ASSERT_EQ(fields.size(), 1U);
-    EXPECT_EQ(fields[0]["key"], "ECLog");
-    const auto log = fields[0]["value"].get<std::string>();
-    EXPECT_EQ(log.size(), 1012U);
-    EXPECT_THAT(log, StartsWith("0x0a0xff0x100x00"));
+        RunOnMachine(std::string(kFirmwareEvent) + "\n" +
+                     R"({"at": "0s", "do": "fire_firmware_event", "code": 674}
+{"at": "0s", "do": "plug_device", "device": "USB\\VID_0001&PID_0002\\3"}
+{"at": "0s", "do": "unplug_device", "device": "USB\\VID_0001&PID_0002\\3"})");
+    EXPECT_THAT(Events(),
+                ElementsAre(kBiosEvent, kSwitchesEvent, StartsWith("992614512: 0x0a0xff0x100x00")));
     EXPECT_THAT(LinesBelow(result.output, "event", "992614512 embedded controller's log"),
                 ElementsAre("ECLog: 253 bytes as 1012 characters", StartsWith("  0  0a ff 10 00"),
                             "and 237 zero bytes"));
-    EXPECT_EQ(ShownLines(result.output, "script").size(), 3U);
+    EXPECT_THAT(ShownLines(result.output, "script"),
+                ElementsAre(StartsWith("the firmware raises event 675 ("),
+                            StartsWith("the firmware raises event 674 ("),
+                            StartsWith("USB\\VID_0001&PID_0002\\3 is plugged in ("),
+                            StartsWith("USB\\VID_0001&PID_0002\\3 is unplugged (")));
+    EXPECT_THAT(result.output, HasSubstr("Known in every detail"));
+    const std::vector<std::string> lines = LinesOf(result.output);
+    ASSERT_GE(lines.size(), 2U);
+    EXPECT_THAT(lines[lines.size() - 2], StartsWith("Every event is in "));
+    EXPECT_THAT(lines.back(), StartsWith("Every log line is in "));
 }
 
 TEST_F(HostMachineRun, LetsTheFirmwareFailAsTheMachineSays) {
-    const ChildResult result =
-        RunOnMachine(R"({"at": "0s", "do": "fire_firmware_event", "code": 675})",
-                     [](json& machine) { machine["suite"]["ecLog"]["status"] = 2; });
+    ChildResult result = RunOnMachine(
+        kFirmwareEvent, [](json& machine) { machine["suite"]["ecLog"]["status"] = 2; });
     EXPECT_THAT(ShownLines(result.output, "log!"),
                 ElementsAre("ReadECLog error ret=0,status=2(ReportECLogInfo)"));
-    EXPECT_THAT(IdsOf(ReadRecord(File(L"events.ndjson"))),
-                testing::Not(Contains(host::kEcLogEventId)));
-}
+    EXPECT_THAT(Events(), ElementsAre(kBiosEvent, kSwitchesEvent));
 
-TEST_F(HostMachineRun, SaysSoWhenNobodyHearsAFirmwareEvent) {
-    const ChildResult result =
-        RunOnMachine(R"({"at": "0s", "do": "fire_firmware_event", "code": 675})",
-                     [](json& machine) { machine["suite"]["firmwareStartResult"] = 5; });
+    result = RunOnMachine(kFirmwareEvent, [](json& machine) {
+        machine["suite"]["firmwareStartResult"] = 5;
+        machine["firmware"] = nullptr;
+    });
     EXPECT_THAT(ShownLines(result.output, "note"),
                 ElementsAre("Nobody is subscribed to firmware events"));
-}
-
-TEST_F(HostMachineRun, SendsNoBiosEventOfAMachineWithoutFirmwareTable) {
-    const ChildResult result =
-        RunOnMachine("", [](json& machine) { machine["firmware"] = nullptr; });
     EXPECT_THAT(ShownLines(result.output, "log!"),
-                ElementsAre("SmBiosHelper is nullptr(ReportBiosInfo::OnRecvReportInfo)"));
-    EXPECT_THAT(IdsOf(ReadRecord(File(L"events.ndjson"))),
-                ElementsAre(host::kPopUpBlockInfoEventId));
+                Contains("SmBiosHelper is nullptr(ReportBiosInfo::OnRecvReportInfo)"));
+    EXPECT_THAT(Events(), ElementsAre(kSwitchesEvent));
 }
 
-TEST_F(HostMachineRun, ChangesSwitchesBetweenRestarts) {
+TEST_F(HostMachineRun, ChangesSwitchesAndFeaturesBetweenRestarts) {
     const ChildResult result = RunOnMachine(
         R"({"at": "0s", "do": "set_switch", "switch": "PowerfulModeStatus", "value": 0}
+{"at": "0s", "do": "set_feature", "name": "ReportDeviceList", "value": 3}
 {"at": "0s", "do": "restart_plugin"}
 {"at": "0s", "do": "set_switch", "switch": "PopUpBlockingStatus", "value": null}
 {"at": "0s", "do": "restart_plugin"})");
-    EXPECT_EQ(result.exitCode, 0U) << result.errors;
-    const std::vector<json> events = ReadRecord(File(L"events.ndjson"));
     // The BIOS report was made and its time survives the restarts; without the first switch there
     // is no report at all.
-    ASSERT_THAT(IdsOf(events), ElementsAre(host::kBiosInfoEventId, host::kPopUpBlockInfoEventId,
-                                           host::kPopUpBlockInfoEventId));
-    EXPECT_EQ(events[1]["fields"][1]["value"], "1");
-    EXPECT_EQ(events[2]["fields"][1]["value"], "0");
+    EXPECT_THAT(Events(),
+                ElementsAre(kBiosEvent, kSwitchesEvent, "992614518: OPEN_MODE, 0, 1.2.3.4"));
     EXPECT_THAT(ShownLines(result.output, "log!"),
                 ElementsAre("Get register blocking switch fail: "
                             "2(ReportPopUpBlockInfo::OnRecvReportInfo)"));
     const auto steps = ShownLines(result.output, "step");
     EXPECT_EQ(std::count(steps.begin(), steps.end(), "Unload TallyportPlugin.dll"), 3);
-}
-
-TEST_F(HostMachineRun, AsksTheMachinesSuiteForFeatures) {
     // 2 is not the value that allows device lists.
-    const ChildResult without =
-        RunOnMachine(R"({"at": "0s", "do": "set_feature", "name": "ReportDeviceList", "value": 3}
-{"at": "0s", "do": "restart_plugin"})");
-    const std::vector<std::string> log = ShownLines(without.output, "log");
+    const std::vector<std::string> log = ShownLines(result.output, "log");
     EXPECT_EQ(std::count(log.begin(), log.end(),
                          "machine type not support(DeviceReporter::ReportDeviceInfo::Init)"),
               1);
     EXPECT_EQ(std::count(log.begin(), log.end(),
                          "Register timer:1(TimerReportMgr::RegisterReportCallback)"),
-              1);
+              2);
 }
 
-TEST_F(HostMachineRun, PlugsDescribedDevices) {
+TEST_F(HostMachineRun, NotesHappeningsOutOfReachAndListsThatWereSentBefore) {
     const ChildResult result = RunOnMachine(
-        R"({"at": "0s", "do": "plug_device", "device": "USB\\VID_0001&PID_0002\\3"}
-{"at": "0s", "do": "unplug_device", "device": "USB\\VID_0001&PID_0002\\3"})");
-    EXPECT_EQ(result.exitCode, 0U) << result.errors;
-    EXPECT_THAT(ShownLines(result.output, "script"),
-                ElementsAre(StartsWith("USB\\VID_0001&PID_0002\\3 is plugged in ("),
-                            StartsWith("USB\\VID_0001&PID_0002\\3 is unplugged (")));
-}
-
-TEST_F(HostMachineRun, SaysHowManyHappeningsItDoesNotReach) {
-    const ChildResult result = RunOnMachine(R"({"at": "1s", "do": "stop"}
+        R"({"at": "1s", "do": "stop"}
 {"at": "1d", "do": "stop"}
-{"at": "0s", "do": "set_consent", "answer": "0"})");
-    EXPECT_THAT(ShownLines(result.output, "note"),
-                ElementsAre("2 of 3 happenings come after the end of the run"));
-}
-
-TEST_F(HostMachineRun, TellsOfListsThatWereSentBeforeAndOfAMonitorThatIsNotStartedForThem) {
-    const auto notesWith = [&](int count) {
-        const ChildResult result = RunOnMachine("", [&](json& machine) {
+{"at": "0s", "do": "set_consent", "answer": "0"})",
+        [](json& machine) {
             machine["suite"]["features"]["ReportDeviceList"] = 3;
-            machine["registry"]["reportDevicesCount"] = count;
+            machine["registry"]["reportDevicesCount"] = 10;
         });
-        return ShownLines(result.output, "note");
-    };
-    EXPECT_THAT(notesWith(0), testing::IsEmpty());
-    EXPECT_THAT(notesWith(9), ElementsAre("9 of 10 device lists were sent before this run"));
-    EXPECT_THAT(notesWith(10),
-                ElementsAre("10 of 10 device lists were sent before this run",
+    EXPECT_THAT(ShownLines(result.output, "note"),
+                ElementsAre("2 of 3 happenings come after the end of the run",
+                            "10 of 10 device lists were sent before this run",
                             "It started no device monitor: 10 of 10 device lists sent"));
 }
 
-TEST_F(HostMachineRun, ClosesWithASummary) {
-    const ChildResult result = RunOnMachine("");
-    const std::vector<std::string> lines = LinesOf(result.output);
-    const auto heading = std::find_if(lines.begin(), lines.end(), [](const std::string& line) {
-        return line.compare(0, 6, "event ") == 0;
-    });
-    ASSERT_LE(3, lines.end() - heading);
-    EXPECT_THAT(heading[1],
-                testing::MatchesRegex("992614500  BIOS information  +1  +39  0d 00:00:.. +0d .*"));
-    EXPECT_THAT(heading[2],
-                testing::MatchesRegex("992614518  optimisation component  +1  +34  0d .*"));
-    EXPECT_THAT(lines.back(), StartsWith("Every event is in "));
+TEST_F(HostMachineRun, RefusesWhatTheMachineLacks) {
+    const auto refused = [&](const std::string& happening, const char* machine) {
+        WriteFile(File(L"script.jsonl"), happening);
+        WriteFile(File(L"machine.json"), machine);
+        const ChildResult result =
+            RunHost({L"--script", File(L"script.jsonl"), L"--machine", File(L"machine.json")});
+        EXPECT_EQ(result.exitCode, 2U);
+        return result.errors;
+    };
+    EXPECT_THAT(refused(R"({"at": "0s", "do": "plug_device", "device": "USB\\1"})", kMachine),
+                HasSubstr("script.jsonl:1: '"));
+    EXPECT_THAT(refused(R"({"at": "0s", "do": "plug_device", "device": "USB\\1"})", kMachine),
+                HasSubstr("' describes no device \"USB\\1\"; describe it there, with \"present\": "
+                          "false if it comes later\n"));
+    EXPECT_THAT(refused(R"({"at": "0s", "do": "plug_device", "device": "USB\\DEAF"})", kMachine),
+                HasSubstr("script.jsonl:1: \"USB\\DEAF\" has no device interface, so nobody would "
+                          "hear of it; describe one in '"));
+    EXPECT_THAT(
+        refused(R"({"at": "0s", "do": "set_switch", "switch": "PowerfulModeStatus", "value": 1})",
+                "{}"),
+        HasSubstr("machine.json', so there are no switches; describe a console session there\n"));
+}
+
+TEST_F(HostMachineRun, HasToGiveBackWhatTheSystemHandsOut) {
+    WriteFile(File(L"machine.json"), "{}");
+    const ChildResult result =
+        RunHost({L"--seconds", L"0", L"--machine", File(L"machine.json"), L"--plugin",
+                 test_support::ProgramFolder() + L"\\host_test_plugins\\keeping_plugin.dll"});
+    EXPECT_EQ(result.exitCode, 1U);
+    EXPECT_THAT(result.errors,
+                testing::MatchesRegex("tallyport_host: the plug-in did not give back what the "
+                                      "system handed out: device set 0x\\w+ .* was not "
+                                      "given back; it has to, on every way out\n"));
 }
 
 }  // namespace

@@ -1,145 +1,111 @@
-#include "host/script.h"
+#include "host/run/script.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "host/host_error.h"
+#include "host/machine_time.h"
 
 namespace host {
 namespace {
 
 using std::chrono::seconds;
 
-std::string ErrorOf(std::string_view text) {
-    try {
-        ParseScript(text, "story.jsonl");
-    } catch (const HostError& error) {
-        EXPECT_EQ(error.Code(), ExitCode::BadInput);
-        return error.what();
-    }
-    return "no error";
-}
-
-TEST(Script, ReadsEveryHappening) {
+TEST(Script, HasEveryHappeningOrderedByTimeAndThenByLine) {
     const auto script = ParseScript(
-        R"({"at": "1s", "do": "fire_firmware_event", "code": 4294967295}
+        "  # the line below holds nothing either\r\n"
+        "\r\n"
+        R"({"at": "1d 00:00:09", "do": "stop"}
+{"at": "1s", "do": "fire_firmware_event", "code": 4294967295}
 {"at": "2s", "do": "set_switch", "switch": "PowerfulModeStatus", "value": -2147483648}
 {"at": "3s", "do": "set_switch", "switch": "PopUpBlockingStatus", "value": null}
 {"at": "4s", "do": "set_consent", "answer": " 1"}
-{"at": "5s", "do": "set_feature", "name": "ReportDeviceList", "value": 4}
+{"at": "4s", "do": "set_feature", "name": "ReportDeviceList", "value": 4}
 {"at": "6s", "do": "plug_device", "device": "USB\\é"}
 {"at": "7s", "do": "unplug_device", "device": "USB\\1"}
-{"at": "8s", "do": "restart_plugin"}
-{"at": "1d 00:00:09", "do": "stop"})",
+{"at": "8s", "do": "restart_plugin"})",
         "story.jsonl");
-
-    ASSERT_EQ(script.size(), 9U);
-    EXPECT_EQ(std::get<FireFirmwareEvent>(script[0].action).code, 4294967295U);
-    EXPECT_EQ(std::get<SetSwitch>(script[1].action).name, L"PowerfulModeStatus");
+    std::vector<std::string> shown;
+    for (const Happening& one : script) {
+        shown.push_back(FormatMachineTime(one.at) + " " + one.text + " (" + one.place + ")");
+    }
+    EXPECT_EQ(shown, (std::vector<std::string>{
+                         "0d 00:00:01 the firmware raises event 4294967295 (story.jsonl:4)",
+                         "0d 00:00:02 PowerfulModeStatus becomes -2147483648 (story.jsonl:5)",
+                         "0d 00:00:03 PopUpBlockingStatus is removed (story.jsonl:6)",
+                         "0d 00:00:04 the answer to the data clause becomes \" 1\" (story.jsonl:7)",
+                         "0d 00:00:04 feature ReportDeviceList becomes 4 (story.jsonl:8)",
+                         "0d 00:00:06 USB\\é is plugged in (story.jsonl:9)",
+                         "0d 00:00:07 USB\\1 is unplugged (story.jsonl:10)",
+                         "0d 00:00:08 the plug-in is restarted (story.jsonl:11)",
+                         "1d 00:00:09 the run ends (story.jsonl:3)"}));
     EXPECT_EQ(std::get<SetSwitch>(script[1].action).value, -2147483647 - 1);
-    EXPECT_EQ(std::get<SetSwitch>(script[2].action).name, L"PopUpBlockingStatus");
-    EXPECT_EQ(std::get<SetSwitch>(script[2].action).value, std::nullopt);
-    EXPECT_EQ(std::get<SetConsent>(script[3].action).answer, " 1");
-    EXPECT_EQ(std::get<SetFeature>(script[4].action).name, "ReportDeviceList");
-    EXPECT_EQ(std::get<SetFeature>(script[4].action).value, 4);
     EXPECT_EQ(std::get<PlugDevice>(script[5].action).instanceId, L"USB\\\u00e9");
-    EXPECT_TRUE(std::get<PlugDevice>(script[5].action).plugIn);
-    EXPECT_EQ(std::get<PlugDevice>(script[6].action).instanceId, L"USB\\1");
-    EXPECT_FALSE(std::get<PlugDevice>(script[6].action).plugIn);
-    EXPECT_TRUE(std::holds_alternative<RestartPlugin>(script[7].action));
-    EXPECT_TRUE(std::holds_alternative<StopRun>(script[8].action));
-    EXPECT_EQ(script[8].at, seconds(86409));
-    EXPECT_EQ(script[8].place, "story.jsonl:9");
 }
-
-TEST(Script, IsOrderedByTimeAndThenByLine) {
-    const auto script = ParseScript(
-        "{\"at\": \"2s\", \"do\": \"set_consent\", \"answer\": \"b\"}\r\n"
-        "\r\n"
-        "  # the line above and this one hold nothing\n"
-        "{\"at\": \"1s\", \"do\": \"stop\"}\n"
-        "{\"at\": \"2s\", \"do\": \"set_consent\", \"answer\": \"c\"}",
-        "story.jsonl");
-
-    ASSERT_EQ(script.size(), 3U);
-    EXPECT_EQ(script[0].place, "story.jsonl:4");
-    EXPECT_EQ(std::get<SetConsent>(script[1].action).answer, "b");
-    EXPECT_EQ(std::get<SetConsent>(script[2].action).answer, "c");
-}
-
-TEST(Script, MayBeEmpty) { EXPECT_TRUE(ParseScript("\n# nothing\n", "story.jsonl").empty()); }
 
 struct Defect {
     const char* line;
-    const char* message;  ///< Behind file and line.
+    const char* message;  ///< Behind file and line, before the example.
+    const char* example;
 };
 
-std::ostream& operator<<(std::ostream& stream, const Defect& defect) {
-    return stream << defect.line;
+constexpr char kStop[] = R"({"at": "3d 04:00", "do": "stop"})";
+constexpr char kFire[] = R"({"at": "1d 12:00", "do": "fire_firmware_event", "code": 675})";
+constexpr char kSwitch[] =
+    R"({"at": "2h", "do": "set_switch", "switch": "PowerfulModeStatus", "value": 1})";
+
+const Defect kDefects[] = {
+    {R"({"at": "1s", "do": "stop"} {})", "not valid JSON at column 28", kStop},
+    {R"({"at": "1s", "do": "fire_firmware_event", "code": 1e999})", "a number is too large", kStop},
+    {"[1]", "the document: expected an object, found a list", kStop},
+    {R"({"at": "1s"})", "the document: the key \"do\" is missing", kStop},
+    {R"({"at": "1s", "do": "explode"})",
+     "/do: expected one of \"fire_firmware_event\", \"set_switch\", \"set_consent\", "
+     "\"set_feature\", \"plug_device\", \"unplug_device\", \"restart_plugin\", \"stop\", found "
+     "\"explode\"",
+     kStop},
+    {R"({"do": "stop"})", "the document: the key \"at\" is missing", kStop},
+    {R"({"at": "soon", "do": "stop"})",
+     "/at: expected a time since Start such as \"3d 04:00\" or \"1h 30m\", found \"soon\"", kStop},
+    {R"({"at": "1s", "do": "stop", "cod": 1})", "the document: unknown key \"cod\"", kStop},
+    {R"({"at": "1s", "do": "fire_firmware_event"})", "the document: the key \"code\" is missing",
+     kFire},
+    {R"({"at": "1s", "do": "fire_firmware_event", "code": 4294967296})",
+     "/code: expected a whole number from 0 to 4294967295, found 4294967296", kFire},
+    {R"({"at": "1s", "do": "set_switch", "switch": "Light", "value": 1})",
+     "/switch: expected one of \"PopUpBlockingStatus\", \"PowerfulModeStatus\", found \"Light\"",
+     kSwitch}};
+
+TEST(Script, TellsADefectWithPlaceAndExample) {
+    for (const Defect& defect : kDefects) {
+        SCOPED_TRACE(defect.line);
+        try {
+            // The defect counts even behind a happening that is in order.
+            ParseScript(std::string(kStop) + "\n" + defect.line, "story.jsonl");
+            ADD_FAILURE() << "no error";
+        } catch (const BadInput& error) {
+            EXPECT_EQ(error.what(), std::string("story.jsonl:2: ") + defect.message +
+                                        "; write for example " + defect.example);
+        }
+    }
 }
 
-class ScriptDefect : public testing::TestWithParam<Defect> {};
-
-TEST_P(ScriptDefect, IsToldWithPlaceAndRemedy) {
-    // The defect counts even behind a happening that is in order.
-    const std::string text =
-        "{\"at\": \"1s\", \"do\": \"stop\"}\n" + std::string(GetParam().line) + "\n";
-    EXPECT_EQ(ErrorOf(text), "story.jsonl:2: " + std::string(GetParam().message));
+TEST(MachineTime, IsReadWithUnitsOrAsAClockTimeBehindDays) {
+    const std::pair<const char*, int> readings[] = {
+        {"0s", 0},       {"3d", 259200},          {"3d 04:00", 273600}, {"4:05:06", 14706},
+        {"36h", 129600}, {"1d 2h 30m 5s", 95405}, {" 90s ", 90},        {"2d 23:59:59", 259199}};
+    for (const auto& [text, time] : readings) {
+        EXPECT_EQ(ParseMachineTime(text), seconds(time)) << text;
+    }
+    EXPECT_EQ(FormatMachineTime(seconds(95405)), "1d 02:30:05");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Json, ScriptDefect,
-    testing::Values(Defect{"stop",
-                           "not valid JSON at column 1; write one object per line, such as "
-                           "{\"at\": \"3d 04:00\", \"do\": \"stop\"}"},
-                    Defect{R"({"at": "1s", "do": "stop"} {})",
-                           "not valid JSON at column 28; write one object per line, such as "
-                           "{\"at\": \"3d 04:00\", \"do\": \"stop\"}"},
-                    Defect{R"({"at": "1s", "do": "fire_firmware_event", "code": 1e999})",
-                           "a number is too large; write one object per line, such as "
-                           "{\"at\": \"3d 04:00\", \"do\": \"stop\"}"},
-                    Defect{"[1]",
-                           "not a JSON object; write one such as "
-                           "{\"at\": \"3d 04:00\", \"do\": \"stop\"}"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Members, ScriptDefect,
-    testing::Values(
-        Defect{R"({"do": "stop"})", R"("at" is missing; write for example "at": "3d 04:00")"},
-        Defect{R"({"at": 5, "do": "stop"})",
-               R"("at" is not a text; write for example "at": "3d 04:00")"},
-        Defect{R"({"at": "soon", "do": "stop"})",
-               R"("at" is "soon"; write a time since Start such as "3d 04:00" or "1h 30m")"},
-        Defect{R"({"at": "1s"})", R"("do" is missing; write for example "do": "stop")"},
-        Defect{R"({"at": "1s", "do": "explode"})",
-               "there is no happening \"explode\"; use fire_firmware_event, set_switch, "
-               "set_consent, set_feature, plug_device, unplug_device, restart_plugin or stop"},
-        Defect{R"({"at": "1s", "do": "stop", "cod": 1})",
-               R"("cod" does not belong here; this line has "at", "do")"},
-        Defect{R"({"at": "1s", "do": "fire_firmware_event"})",
-               R"("code" is missing; write for example "code": 675)"},
-        Defect{R"({"at": "1s", "do": "fire_firmware_event", "code": "675"})",
-               R"("code" is not a whole number; write for example "code": 675)"},
-        Defect{R"({"at": "1s", "do": "fire_firmware_event", "code": 67.5})",
-               R"("code" is not a whole number; write for example "code": 675)"},
-        Defect{R"({"at": "1s", "do": "fire_firmware_event", "code": -1})",
-               R"("code" is -1; it goes from 0 to 4294967295)"},
-        Defect{R"({"at": "1s", "do": "fire_firmware_event", "code": 4294967296})",
-               R"("code" is 4294967296; it goes from 0 to 4294967295)"},
-        Defect{R"({"at": "1s", "do": "fire_firmware_event", "code": 18446744073709551615})",
-               R"("code" is 18446744073709551615; it goes from 0 to 4294967295)"},
-        Defect{R"({"at": "1s", "do": "set_switch", "switch": "Light", "value": 1})",
-               "there is no switch \"Light\"; use \"PopUpBlockingStatus\" or "
-               "\"PowerfulModeStatus\""},
-        Defect{R"({"at": "1s", "do": "set_switch", "switch": "PowerfulModeStatus"})",
-               R"("value" is missing; write for example "value": 1)"},
-        Defect{R"({"at": "1s", "do": "set_consent", "answer": 1})",
-               R"("answer" is not a text; write for example "answer": "1")"},
-        Defect{R"({"at": "1s", "do": "set_feature", "name": "a", "value": 2147483648})",
-               R"("value" is 2147483648; it goes from -2147483648 to 2147483647)"},
-        Defect{
-            R"({"at": "1s", "do": "plug_device"})",
-            R"("device" is missing; write for example "device": "USB\\VID_0951&PID_1666\\01")"}));
+TEST(MachineTime, IsRefusedInAnotherForm) {
+    for (const char* const text :
+         {"", " ", "3", "d", "-1d", "1.5h", "3w", "24:00", "04:60", "04:5", "04:", "04:00:60",
+          "04:00:00:00", "04:00 1d", "1h 04:00", "1h 1d", "1d 1d", "1d later", "1000000d"}) {
+        EXPECT_EQ(ParseMachineTime(text), std::nullopt) << text;
+    }
+}
 
 }  // namespace
 }  // namespace host

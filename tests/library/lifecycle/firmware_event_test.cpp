@@ -2,12 +2,14 @@
 
 #include <atomic>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "library/lifecycle/running_plugin.h"
 #include "standins/wmi_kit/wmi_kit_control.h"
+#include "support/comes_true.h"
 
 namespace {
 
@@ -64,6 +66,11 @@ TEST_F(FirmwareEvent, AFailedReadIsLoggedAndTheNextOneIsReported) {
     EXPECT_EQ(suite.events.WithId(992614512).size(), 1u);
 }
 
+TEST_F(FirmwareEvent, LetsAnExceptionThrough) {
+    suite.events.onEvent = [](const test_support::Event&) { throw std::runtime_error("not sent"); };
+    EXPECT_THROW(WmiKit_FireFirmwareEvent(675), std::runtime_error);
+}
+
 TEST_F(FirmwareEvent, TwoAtOnceAreReadInParallel) {
     std::atomic<int> reading{0};
     std::atomic<int> metTheOther{0};
@@ -72,10 +79,7 @@ TEST_F(FirmwareEvent, TwoAtOnceAreReadInParallel) {
             return;
         }
         ++reading;
-        for (int i = 0; i < 1000 && reading < 2; ++i) {
-            Sleep(10);
-        }
-        metTheOther += reading == 2 ? 1 : 0;
+        metTheOther += test_support::ComesTrue([&] { return reading == 2; }) ? 1 : 0;
     };
     std::thread first([] { WmiKit_FireFirmwareEvent(675); });
     std::thread second([] { WmiKit_FireFirmwareEvent(675); });

@@ -9,6 +9,7 @@
 
 #include "simulation/import_redirection.h"
 #include "standins/edition_adapt/edition_adapt_control.h"
+#include "support/comes_true.h"
 #include "support/loop_wait_probe.h"
 #include "support/monitor_window.h"
 #include "support/plugin_module.h"
@@ -119,9 +120,7 @@ void UnloadRightAfterStopWithDevices() {
         session.StartWithDevices();
         session.plugin->Stop();
         session.Unload();
-        for (int i = 0; i < 1000 && test_support::IsLoaded(L"TallyportPlugin.dll"); ++i) {
-            Sleep(10);
-        }
+        test_support::ComesTrue([] { return !test_support::IsLoaded(L"TallyportPlugin.dll"); });
         TellWhetherMapped();
     }
 }

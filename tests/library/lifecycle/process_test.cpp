@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <string>
 
 #include "simulation/call_text.h"
@@ -16,9 +15,8 @@ using testing::HasSubstr;
 using testing::Not;
 
 ChildResult RunScenario(const wchar_t* scenario) {
-    // Far more than a process needs that does not hang.
     return test_support::RunChild(test_support::ProgramFolder() + L"\\lifecycle_probe.exe",
-                                  {scenario}, std::chrono::seconds(30));
+                                  {scenario});
 }
 
 /// "exit-at-once" as part of a test's name.

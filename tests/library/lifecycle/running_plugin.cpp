@@ -1,10 +1,7 @@
 #include "library/lifecycle/running_plugin.h"
 
 #include "simulation/call_text.h"
-#include "simulation/fakes/accounts.h"
-#include "simulation/fakes/handles.h"
-#include "simulation/fakes/sessions.h"
-#include "simulation/fakes/version_info.h"
+#include "simulation/fakes/families.h"
 
 namespace {
 

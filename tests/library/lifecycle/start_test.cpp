@@ -3,11 +3,13 @@
 
 #include <chrono>
 #include <ctime>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "library/lifecycle/running_plugin.h"
 #include "standins/wmi_kit/wmi_kit_control.h"
+#include "support/comes_true.h"
 
 namespace {
 
@@ -60,7 +62,7 @@ TEST_F(PluginStart, StartsTheTimerLoopBeforeItSubscribesToFirmwareEvents) {
     bool loopCameFirst = false;
     suite.onWmiCall = [&](const std::string& operation, const std::string&) {
         if (operation == "StartEventMonitor") {
-            loopCameFirst = suite.timeline.WaitFor(kLoopLine, 1, std::chrono::seconds(10));
+            loopCameFirst = suite.timeline.WaitFor(kLoopLine, 1, test_support::kPatience);
         }
     };
     Start();
@@ -87,6 +89,17 @@ TEST_F(PluginStart, TicksEveryTwelveHoursWithTheTwoReportsOnly) {
     Start();
     EXPECT_EQ(std::chrono::round<minutes>(loop.LatestWait()), hours(12));
     EXPECT_EQ(suite.timeline.Count(kLoopLine), 1u);
+}
+
+TEST_F(PluginStart, LetsAnExceptionOutOfEitherReportThrough) {
+    for (const int report : {992614500, 992614518}) {
+        suite.events.onEvent = [report](const test_support::Event& event) {
+            if (event.id == report) {
+                throw std::runtime_error("not sent");
+            }
+        };
+        EXPECT_THROW(plugin->Start(), std::runtime_error) << report;
+    }
 }
 
 TEST_F(PluginStart, AfterAStopStartsALoopThatEndsAtOnce) {

@@ -88,10 +88,18 @@ TEST_F(PluginStop, UnsubscribesAgainAtASecondCall) {
     EXPECT_EQ(StopAndTell(), (Texts{kNoWindowAtStop, kUnsubscribed}));
 }
 
-TEST_F(PluginStop, ThroughAnotherObjectEndsTheSameReports) {
+TEST_F(PluginStop, LeavesARefusedSubscriptionAloneAlsoAfterAnAcceptedOne) {
     Start();
-    const std::shared_ptr<ZedPlugin> other = module.Create(manager);
-    EXPECT_TRUE(other->Stop());
+    Stop();
+    WmiKit_SetStartResult(-5);
+    EXPECT_TRUE(plugin->Start());
+    EXPECT_EQ(StopAndTell(), Texts{kNoWindowAtStop});
+}
+
+TEST_F(PluginStop, ThroughAnotherObjectThanTheStartedOneEndsTheSameReports) {
+    Start();
+    plugin = module.Create(manager);
+    Stop();
     EXPECT_TRUE(LoopThreadHasEnded());
     EXPECT_EQ(suite.timeline.Count(kUnsubscribed), 1u);
 }

@@ -1,7 +1,6 @@
 // The entry point of the built library in processes of their own, with various managers around.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -32,8 +31,7 @@ protected:
         if (!preloadedVariant.empty()) {
             arguments.push_back(Manager(preloadedVariant));
         }
-        const test_support::ChildResult result =
-            test_support::RunChild(program, arguments, std::chrono::seconds(30));
+        const test_support::ChildResult result = test_support::RunChild(program, arguments);
         EXPECT_TRUE(result.finished);
         EXPECT_EQ(result.exitCode, 42u);
         Lines lines;

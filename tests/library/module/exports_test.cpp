@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/module_image.h"
+#include "library/module/module_image.h"
 #include "support/plugin_module.h"
 
 namespace {
@@ -40,7 +40,7 @@ protected:
 
 TEST_F(BuiltLibrary, ExportsTheTwoModuleFunctionsAndTheSevenLimitsOnly) {
     EXPECT_THAT(
-        test_support::ExportedNames(module.Handle()),
+        module_test::ExportedNames(module.Handle()),
         UnorderedElementsAre("InitializePluginModule", "UninitializePluginModule",
                              LimitName("MAX_KEY_LEN", false), LimitName("MAX_PAIR_NUM", false),
                              LimitName("MAX_PATH_LEN", false), LimitName("MAX_VALUE_LEN", false),
@@ -75,12 +75,12 @@ TEST_F(BuiltLibrary, HasModuleFunctionsThatDoNothing) {
 }
 
 TEST_F(BuiltLibrary, FindsTheManagerAtRunTimeOnly) {
-    EXPECT_THAT(test_support::ImportedLibraries(module.Handle()),
+    EXPECT_THAT(module_test::ImportedLibraries(module.Handle()),
                 Not(Contains("zedpluginsmanager.dll")));
 }
 
 TEST_F(BuiltLibrary, LinksTheSuitesLibraries) {
-    const std::vector<std::string> libraries = test_support::ImportedLibraries(module.Handle());
+    const std::vector<std::string> libraries = module_test::ImportedLibraries(module.Handle());
     for (const char* library : {"logkit.dll", "xeevent.dll", "filekit.dll", "boardinfo.dll",
                                 "wmikit.dll", "consentstore.dll", "editionadapt.dll"}) {
         EXPECT_THAT(libraries, Contains(library));

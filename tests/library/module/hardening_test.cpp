@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "library/module/module_image.h"
 #include "simulation/import_redirection.h"
-#include "support/module_image.h"
 #include "support/plugin_module.h"
 
 namespace {
@@ -20,15 +20,15 @@ using testing::IsSupersetOf;
 class HardenedLibrary : public testing::Test {
 protected:
     bool HasProtection(WORD protection) const {
-        return (test_support::ImageHeaders(module.Handle()).OptionalHeader.DllCharacteristics &
+        return (module_test::ImageHeaders(module.Handle()).OptionalHeader.DllCharacteristics &
                 protection) != 0;
     }
 
     /// Whether code or constants hold the text.
     bool HoldsInReadOnlyMemory(std::string_view text) const {
-        for (const IMAGE_SECTION_HEADER& section : test_support::Sections(module.Handle())) {
+        for (const IMAGE_SECTION_HEADER& section : module_test::Sections(module.Handle())) {
             if ((section.Characteristics & IMAGE_SCN_MEM_WRITE) == 0 &&
-                test_support::Contents(module.Handle(), section).find(text) !=
+                module_test::Contents(module.Handle(), section).find(text) !=
                     std::string_view::npos) {
                 return true;
             }
@@ -41,7 +41,7 @@ protected:
 };
 
 TEST_F(HardenedLibrary, IsA64BitLibrary) {
-    const IMAGE_FILE_HEADER& header = test_support::ImageHeaders(module.Handle()).FileHeader;
+    const IMAGE_FILE_HEADER& header = module_test::ImageHeaders(module.Handle()).FileHeader;
     EXPECT_EQ(header.Machine, IMAGE_FILE_MACHINE_AMD64);
     EXPECT_NE(header.Characteristics & IMAGE_FILE_DLL, 0);
 }
@@ -50,7 +50,7 @@ TEST_F(HardenedLibrary, IsLoadedAtARandomAddressOfTheWholeAddressSpace) {
     EXPECT_TRUE(HasProtection(IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE));
     EXPECT_TRUE(HasProtection(IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA));
     // Without relocations the loader cannot move it, whatever the flags say.
-    const IMAGE_NT_HEADERS& headers = test_support::ImageHeaders(module.Handle());
+    const IMAGE_NT_HEADERS& headers = module_test::ImageHeaders(module.Handle());
     EXPECT_EQ(headers.FileHeader.Characteristics & IMAGE_FILE_RELOCS_STRIPPED, 0);
     EXPECT_NE(headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_BASERELOC].Size, 0u);
 }
@@ -62,7 +62,7 @@ TEST_F(HardenedLibrary, HasNoDataThatCanBeExecuted) {
 TEST_F(HardenedLibrary, HasNoSectionThatIsBothWritableAndExecutable) {
     constexpr DWORD kBoth = IMAGE_SCN_MEM_WRITE | IMAGE_SCN_MEM_EXECUTE;
     bool hasCode = false;
-    for (const IMAGE_SECTION_HEADER& section : test_support::Sections(module.Handle())) {
+    for (const IMAGE_SECTION_HEADER& section : module_test::Sections(module.Handle())) {
         EXPECT_NE(section.Characteristics & kBoth, kBoth)
             << std::string(reinterpret_cast<const char*>(section.Name), 8);
         hasCode = hasCode || (section.Characteristics & IMAGE_SCN_MEM_EXECUTE) != 0;
@@ -71,7 +71,7 @@ TEST_F(HardenedLibrary, HasNoSectionThatIsBothWritableAndExecutable) {
 }
 
 TEST_F(HardenedLibrary, ImportsEverythingByName) {
-    EXPECT_EQ(test_support::CountOfImportsByOrdinal(module.Handle()), 0u);
+    EXPECT_EQ(module_test::CountOfImportsByOrdinal(module.Handle()), 0u);
     EXPECT_FALSE(simulation::ImportsOf(module.Handle()).empty());
 }
 
@@ -87,7 +87,7 @@ TEST_F(HardenedLibrary, ImportsFromTheSystemAndTheSuiteOnly) {
                                               "version.dll",      "winspool.drv",
                                               "wmikit.dll",       "wtsapi32.dll",
                                               "xeevent.dll"};
-    EXPECT_THAT(allowed, IsSupersetOf(test_support::ImportedLibraries(module.Handle())));
+    EXPECT_THAT(allowed, IsSupersetOf(module_test::ImportedLibraries(module.Handle())));
 }
 
 TEST_F(HardenedLibrary, LoadsLibrariesThroughOneFunctionOnly) {

@@ -37,7 +37,7 @@ void RunAndWaitUntilInside(LPTHREAD_START_ROUTINE routine) {
 }  // namespace
 
 /// Leaves one thread each inside a log line, an event and the delivery of a firmware event.
-extern "C" __declspec(dllexport) void ExitProbe_LeaveThreadsInside() {
+extern "C" __declspec(dllexport) void LeaveThreadsInside() {
     threadIsInside = CreateEventW(nullptr, /*bManualReset=*/FALSE, FALSE, nullptr);
     RegisterPlugin(&registration);
     LogKit_SetConsole(0);

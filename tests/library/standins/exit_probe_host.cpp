@@ -1,9 +1,9 @@
 // Ends its process while threads of it are inside the stand-ins.
 #include <windows.h>
 
-extern "C" __declspec(dllimport) void ExitProbe_LeaveThreadsInside();
+extern "C" __declspec(dllimport) void LeaveThreadsInside();
 
 int main() {
-    ExitProbe_LeaveThreadsInside();
+    LeaveThreadsInside();
     ExitProcess(7);
 }

@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "common/text.h"
+#include "fuzz/guarded_memory.h"
+#include "standins/board_info/board_info_control.h"
+
 namespace {
 
 using standins::ParseSmBios;
@@ -60,104 +64,59 @@ Bytes Table(std::initializer_list<Bytes> structures) {
     return TableStating(static_cast<std::uint32_t>(length), structures);
 }
 
-SmBiosTexts Parse(const Bytes& table) { return ParseSmBios(table.data(), table.size()); }
+/// Reads nothing beyond the table.
+SmBiosTexts Parse(const Bytes& table) {
+    fuzz::GuardedMemory memory(table.size() + 1);
+    std::uint8_t* const end = memory.Last(table.size());
+    std::copy(table.begin(), table.end(), end);
+    return ParseSmBios(end, table.size());
+}
 
-/// Memory whose last byte is followed by a page that must not be touched.
-class GuardedMemory {
-public:
-    GuardedMemory()
-        : pages(static_cast<std::uint8_t*>(
-              VirtualAlloc(nullptr, 2 * kPage, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE))) {
-        DWORD before = 0;
-        VirtualProtect(pages + kPage, kPage, PAGE_NOACCESS, &before);
-    }
-    ~GuardedMemory() { VirtualFree(pages, 0, MEM_RELEASE); }
-    GuardedMemory(const GuardedMemory&) = delete;
-    GuardedMemory& operator=(const GuardedMemory&) = delete;
-
-    const std::uint8_t* Put(const Bytes& bytes) {
-        return std::copy(bytes.begin(), bytes.end(), pages + kPage - bytes.size()) - bytes.size();
-    }
-
-private:
-    static constexpr std::size_t kPage = 4096;
-    std::uint8_t* pages;
+struct Reading {
+    const char* name;
+    Bytes table;
+    std::string board, oem, bios;
 };
 
-TEST(SmBiosTable, YieldsBoardProductSeventhOemStringAndBiosVersion) {
-    const SmBiosTexts texts = Parse(Table({Bios(), Board(), OemStrings(), EndOfTable()}));
-    EXPECT_EQ(texts.biosVersion, "1.02");
-    EXPECT_EQ(texts.boardProduct, "Board X");
-    EXPECT_EQ(texts.oemProduct, "Seventh");
-}
-
-TEST(SmBiosTable, TakesTheStructuresInAnyOrderAndSkipsOthers) {
-    const Bytes systemWithoutTexts = Structure(1, {0, 0, 0, 0}, {});
+std::vector<Reading> Readings() {
+    const Bytes withoutTexts = Structure(1, {0, 0, 0, 0}, {});
     const Bytes slot = Structure(9, {1}, {"PCIe"});
-    const SmBiosTexts texts =
-        Parse(Table({systemWithoutTexts, OemStrings(), slot, Board(), Bios()}));
-    EXPECT_EQ(texts.biosVersion, "1.02");
-    EXPECT_EQ(texts.boardProduct, "Board X");
-    EXPECT_EQ(texts.oemProduct, "Seventh");
-}
-
-TEST(SmBiosTable, TakesTheFirstStructureOfAType) {
-    const SmBiosTexts texts = Parse(Table({
-        Structure(2, {1, 0}, {"Maker"}),
-        Board({"Maker", "second board"}),
-        Bios(),
-        Bios({"Maker", "second version"}),
-        Structure(11, {1}, {"only one"}),
-        OemStrings(),
-    }));
-    EXPECT_EQ(texts.boardProduct, "");
-    EXPECT_EQ(texts.biosVersion, "1.02");
-    EXPECT_EQ(texts.oemProduct, "");
-}
-
-TEST(SmBiosTable, YieldsNothingForTextsThatAreMissing) {
+    const Bytes shorterThanItsHeader = {9, 3, 0x10, 0, 0};
     const Bytes sixStrings = Structure(11, {6}, {"a", "b", "c", "d", "e", "f"});
-    const Bytes productNumberBeyondTexts = Structure(2, {1, 3}, {"Maker", "unrelated"});
+    const Bytes numberBeyondTexts = Structure(2, {1, 3}, {"Maker", "unrelated"});
     // Where the number of the version would stand, the first text begins, with a byte 1.
-    const Bytes biosWithoutVersionField = Structure(0, {1}, {"\x01unrelated"});
-    const SmBiosTexts texts =
-        Parse(Table({sixStrings, productNumberBeyondTexts, biosWithoutVersionField}));
-    EXPECT_EQ(texts.oemProduct, "");
-    EXPECT_EQ(texts.boardProduct, "");
-    EXPECT_EQ(texts.biosVersion, "");
+    const Bytes withoutVersionField = Structure(0, {1}, {"\x01unrelated"});
+    return {
+        {"AnyOrder", Table({withoutTexts, OemStrings(), slot, Board(), Bios(), EndOfTable()}),
+         "Board X", "Seventh", "1.02"},
+        {"FirstOfAType",
+         Table({Structure(2, {1, 0}, {"Maker"}), Board({"Maker", "second"}), Bios(),
+                Bios({"Maker", "second"}), Structure(11, {1}, {"one"}), OemStrings()}),
+         "", "", "1.02"},
+        {"MissingTexts", Table({sixStrings, numberBeyondTexts, withoutVersionField}), "", "", ""},
+        {"EndOfTable", Table({Bios(), EndOfTable(), Board()}), "", "", "1.02"},
+        {"ShortHeader", Table({Bios(), shorterThanItsHeader, Board()}), "", "", "1.02"},
+        {"StatedLength", TableStating(std::uint32_t(Bios().size()), {Bios(), Board()}), "", "",
+         "1.02"},
+        {"StatedTooMuch", TableStating(0xFFFFFFFF, {Bios(), Board()}), "Board X", "", "1.02"},
+    };
 }
 
-TEST(SmBiosTable, EndsAtTheEndOfTableStructure) {
-    EXPECT_EQ(Parse(Table({Bios(), EndOfTable(), Board()})).boardProduct, "");
-}
-
-TEST(SmBiosTable, EndsAtAStructureShorterThanItsHeader) {
-    const Bytes lengthThree = {9, 3, 0x10, 0, 0};
-    const SmBiosTexts texts = Parse(Table({Bios(), lengthThree, Board()}));
-    EXPECT_EQ(texts.biosVersion, "1.02");
-    EXPECT_EQ(texts.boardProduct, "");
-}
-
-TEST(SmBiosTable, EndsAtTheLengthThatTheHeaderStates) {
-    const auto biosSize = static_cast<std::uint32_t>(Bios().size());
-    const SmBiosTexts texts = Parse(TableStating(biosSize, {Bios(), Board()}));
-    EXPECT_EQ(texts.biosVersion, "1.02");
-    EXPECT_EQ(texts.boardProduct, "");
-}
-
-TEST(SmBiosTable, EndsAtTheEndOfTheDataWhenTheHeaderStatesMore) {
-    GuardedMemory memory;
-    const Bytes table = TableStating(0xFFFFFFFF, {Bios(), Board()});
-    EXPECT_EQ(ParseSmBios(memory.Put(table), table.size()).boardProduct, "Board X");
+TEST(SmBiosTable, YieldsBoardProductSeventhOemStringAndBiosVersion) {
+    for (const Reading& reading : Readings()) {
+        const SmBiosTexts texts = Parse(reading.table);
+        EXPECT_EQ(texts.boardProduct, reading.board) << reading.name;
+        EXPECT_EQ(texts.oemProduct, reading.oem) << reading.name;
+        EXPECT_EQ(texts.biosVersion, reading.bios) << reading.name;
+    }
 }
 
 TEST(SmBiosTable, YieldsEachTextWholeOrNotAtAllWhereverTheDataEnds) {
-    GuardedMemory memory;
     const Bytes withoutTexts = Structure(1, {0, 0}, {});
     const Bytes table = Table({Bios(), Board(), OemStrings(), withoutTexts});
     for (std::size_t size = 0; size <= table.size(); ++size) {
         const Bytes cut(table.begin(), table.begin() + static_cast<std::ptrdiff_t>(size));
-        const SmBiosTexts texts = ParseSmBios(memory.Put(cut), cut.size());
+        const SmBiosTexts texts = Parse(cut);
         const std::size_t endOfBios = 8 + Bios().size();
         const std::size_t endOfBoard = endOfBios + Board().size();
         const std::size_t endOfOemStrings = endOfBoard + OemStrings().size();
@@ -165,6 +124,21 @@ TEST(SmBiosTable, YieldsEachTextWholeOrNotAtAllWhereverTheDataEnds) {
         EXPECT_EQ(texts.boardProduct, size >= endOfBoard ? "Board X" : "") << "size " << size;
         EXPECT_EQ(texts.oemProduct, size >= endOfOemStrings ? "Seventh" : "") << "size " << size;
     }
+}
+
+TEST(BoardInfo, AnswersFromTheFirmwareByDefault) {
+    constexpr DWORD kSmBiosProvider = 0x52534D42;  // 'RSMB'
+    Bytes table(GetSystemFirmwareTable(kSmBiosProvider, 0, nullptr, 0));
+    GetSystemFirmwareTable(kSmBiosProvider, 0, table.data(), static_cast<DWORD>(table.size()));
+    SmBiosHelper* const board = SmBiosHelper::GetInstance();
+    ASSERT_EQ(board != nullptr, !table.empty());
+    if (board == nullptr) {
+        GTEST_SKIP() << "this machine has no SMBIOS table";
+    }
+    const SmBiosTexts texts = Parse(table);
+    EXPECT_EQ(board->GetBoardProductName(), workbench::ToWide(texts.boardProduct));
+    EXPECT_EQ(board->GetOemProductName(), workbench::ToWide(texts.oemProduct));
+    EXPECT_EQ(board->GetBIOSSysVersion(), workbench::ToWide(texts.biosVersion));
 }
 
 }  // namespace

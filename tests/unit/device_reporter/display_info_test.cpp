@@ -1,8 +1,12 @@
 #include "device_reporter/display_info.h"
 
-#include <string>
+#include <windows.h>
 
-#include "unit/device_reporter/display_test.h"
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "unit/device_reporter/machine_test.h"
 
 namespace {
 
@@ -11,27 +15,27 @@ using device_tests::IsEmpty;
 using device_tests::SampleDisplay;
 using DeviceReporter::DisplayInfo;
 
-class DisplayInformation : public device_tests::DisplayTest {};
+/// A machine with one monitor.
+class DisplayInformation : public device_tests::MachineTest {
+protected:
+    DisplayInformation() { machine.display.paths = {SampleDisplay(1)}; }
 
-TEST(DisplayRecord, StartsEmptyAndHasItsFieldsInOrder) {
-    const DisplayInfo empty;
-    const auto& [isFirstPath, sourceName, monitorName, monitorDevicePath, edidRegPath, edidHex,
-                 edidVendor, width, height, refreshRate, logPixels, colorDepth, displayMode] =
-        empty;
-    EXPECT_FALSE(isFirstPath);
-    EXPECT_EQ(&sourceName, &empty.sourceName);
-    EXPECT_EQ(&monitorName, &empty.monitorName);
-    EXPECT_EQ(&monitorDevicePath, &empty.monitorDevicePath);
-    EXPECT_EQ(&edidRegPath, &empty.edidRegPath);
-    EXPECT_EQ(&edidHex, &empty.edidHex);
-    EXPECT_EQ(&edidVendor, &empty.edidVendor);
-    EXPECT_EQ(&displayMode, &empty.displayMode);
-    for (const std::wstring* text : {&sourceName, &monitorName, &monitorDevicePath, &edidRegPath,
-                                     &edidHex, &edidVendor, &displayMode}) {
-        EXPECT_EQ(*text, L"");
+    bool Get() { return DeviceReporter::GetDisplayInfo(displays); }
+
+    /// A log line of one of the display functions.
+    static std::string Line(const std::string& text, const std::string& function) {
+        return "log 3 " + text + "(`anonymous-namespace'::" + function + ")";
     }
-    for (const std::uint16_t* number : {&width, &height, &refreshRate, &logPixels, &colorDepth}) {
-        EXPECT_EQ(*number, 0u);
+
+    std::vector<DeviceReporter::DisplayInfo> displays;
+};
+
+TEST(DisplayRecord, StartsEmpty) {
+    const DisplayInfo empty;
+    EXPECT_FALSE(empty.isFirstPath);
+    for (const std::uint16_t number :
+         {empty.width, empty.height, empty.refreshRate, empty.logPixels, empty.colorDepth}) {
+        EXPECT_EQ(number, 0u);
     }
 }
 
@@ -78,10 +82,23 @@ TEST_F(DisplayInformation, HasOneRecordForEachPathOfWhichTheFirstIsMarked) {
     }
 }
 
+TEST_F(DisplayInformation, IsAppendedUpToTheFirstPathThatFails) {
+    displays.emplace_back();
+    machine.display.paths = {SampleDisplay(1), SampleDisplay(2), SampleDisplay(3)};
+    machine.display.paths[1].mode.reset();
+    EXPECT_FALSE(Get());
+    ASSERT_EQ(displays.size(), 2u);
+    EXPECT_EQ(displays[0].monitorName, L"");
+    EXPECT_EQ(displays[1].monitorName, L"Monitor 1");
+    EXPECT_EQ(world.journal.Count("DisplayConfigGetDeviceInfo"), 4u);
+    EXPECT_THAT(Log(), ElementsAre(Line("EnumDisplaySettings failed!", "GetDevModeInfo")));
+}
+
 TEST_F(DisplayInformation, HasTheWordOfOneTopologyInEveryRecord) {
     machine.display.paths = {SampleDisplay(1), SampleDisplay(2)};
-    for (const auto& [topology, word] : {std::pair(1u, L"INTERNAL"), std::pair(2u, L"CLONE"),
-                                         std::pair(4u, L"EXTEND"), std::pair(8u, L"EXTERNAL")}) {
+    for (const auto& [topology, word] :
+         {std::pair(1u, L"INTERNAL"), std::pair(2u, L"CLONE"), std::pair(4u, L"EXTEND"),
+          std::pair(8u, L"EXTERNAL"), std::pair(16u, L"UNKNOWN")}) {
         displays.clear();
         machine.display.topology = topology;
         EXPECT_TRUE(Get());
@@ -89,25 +106,17 @@ TEST_F(DisplayInformation, HasTheWordOfOneTopologyInEveryRecord) {
         EXPECT_EQ(displays[0].displayMode, word);
         EXPECT_EQ(displays[1].displayMode, word);
     }
-    EXPECT_THAT(Log(), IsEmpty());
-}
-
-TEST_F(DisplayInformation, LogsAnUnknownTopologyOnceForAllPaths) {
-    machine.display.topology = 16;
-    machine.display.paths = {SampleDisplay(1), SampleDisplay(2)};
-    EXPECT_TRUE(Get());
-    ASSERT_EQ(displays.size(), 2u);
-    EXPECT_EQ(displays[0].displayMode, L"UNKNOWN");
-    EXPECT_EQ(displays[1].displayMode, L"UNKNOWN");
     EXPECT_THAT(Log(), ElementsAre(Line("GetUnknownDisplayMode:16", "GetDisplayMode")));
 }
 
-TEST_F(DisplayInformation, IsAppended) {
-    displays.emplace_back();
-    EXPECT_TRUE(Get());
-    ASSERT_EQ(displays.size(), 2u);
-    EXPECT_EQ(displays[0].monitorName, L"");
-    EXPECT_TRUE(displays[1].isFirstPath);
+TEST_F(DisplayInformation, LogsEveryOtherTopologyAsAnUnsignedNumber) {
+    for (unsigned topology : {0u, 3u, 5u, 6u, 7u, 9u, 15u, 17u, 0xFFFFFFFFu}) {
+        timeline.Clear();
+        EXPECT_EQ(DeviceReporter::GetDisplayMode(static_cast<DISPLAYCONFIG_TOPOLOGY_ID>(topology)),
+                  L"UNKNOWN");
+        EXPECT_THAT(Log(), ElementsAre(Line("GetUnknownDisplayMode:" + std::to_string(topology),
+                                            "GetDisplayMode")));
+    }
 }
 
 TEST_F(DisplayInformation, KeepsTheLow16BitsOfTheModesNumbers) {
@@ -137,14 +146,11 @@ TEST_F(DisplayInformation, HasAQuarterOfTheBitsPerPixelAsColourDepth) {
     }
 }
 
-TEST_F(DisplayInformation, IsReadAfreshEachTime) {
-    EXPECT_TRUE(Get());
-    machine.display.paths[0].mode->width = 1024;
-    machine.display.topology = 2;
-    EXPECT_TRUE(Get());
-    EXPECT_EQ(displays.at(0).width, 1920u);
-    EXPECT_EQ(displays.at(1).width, 1024u);
-    EXPECT_EQ(displays.at(1).displayMode, L"CLONE");
+TEST_F(DisplayInformation, LogsTheResultOfAFailedTargetSigned) {
+    Fail("DisplayConfigGetDeviceInfo", 2, 0xC00000BB);
+    EXPECT_FALSE(Get());
+    EXPECT_THAT(Log(), ElementsAre(Line("Display get target device name failed! ret = -1073741637",
+                                        "GetDisplayTargetDeviceName")));
 }
 
 }  // namespace

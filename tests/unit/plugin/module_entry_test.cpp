@@ -1,9 +1,7 @@
-// The library's entry point, linked into the test program so that its calls can be watched and
-// made to fail. What it does in the built library is in the library tests.
+// The library's entry point, linked into the test program so that its calls can be watched. What it
+// does in the built library, whose calls fail too, is in the tests of the library.
 #include <gtest/gtest.h>
 #include <windows.h>
-// windows.h has to come first.
-#include <winerror.h>
 
 #include <algorithm>
 #include <string>
@@ -11,17 +9,18 @@
 
 #include "plugin/plugin_registration.h"
 #include "simulation/call_text.h"
-#include "simulation/fakes/modules.h"
+#include "simulation/fakes/families.h"
 #include "simulation/simulated_machine.h"
 #include "standins/plugins_manager/plugins_manager_control.h"
 #include "support/child_process.h"
+#include "unit/import_override.h"
+#include "util/process_end.h"
 #include "util/scoped_handle.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
 namespace {
 
-using simulation::FaultVariant;
 using Names = std::vector<std::string>;
 
 class ModuleEntry : public testing::Test {
@@ -29,12 +28,15 @@ protected:
     ~ModuleEntry() override {
         EXPECT_TRUE(world.ledger.Balanced()) << world.ledger;
         EXPECT_TRUE(world.faults.Missed().empty());
+        // For good, and so for every test behind: what the end of the process does is seen in a
+        // process of its own.
+        EXPECT_FALSE(IsProcessEnding());
     }
 
     /// The calls that one entry makes.
-    Names CallsOf(DWORD reason, BOOL expectedResult, void* reserved = nullptr) {
+    Names CallsOf(DWORD reason, BOOL expectedResult) {
         world.journal.Clear();
-        EXPECT_EQ(DllMain(program, reason, reserved), expectedResult);
+        EXPECT_EQ(DllMain(program, reason, /*reserved=*/nullptr), expectedResult);
         return world.journal.Names();
     }
 
@@ -52,14 +54,6 @@ protected:
     simulation::SimulatedMachine machine{program, {}, {simulation::InstallModuleFakes}};
     simulation::World& world = machine.world();
 };
-
-const Names kFind{"GetModuleHandleW", "GetModuleFileNameW", "PathCchRemoveFileSpec",
-                  "LoadLibraryW"};
-
-Names After(Names first, const Names& then) {
-    first.insert(first.end(), then.begin(), then.end());
-    return first;
-}
 
 // --- The manager is loaded already ---
 
@@ -90,31 +84,21 @@ TEST_F(ModuleEntryWithManager, RegistersTheRecordAndNeitherLoadsNorReleasesTheMa
     EXPECT_EQ(RegistrationCount(), 0u);
 }
 
-TEST_F(ModuleEntryWithManager, RefusesToLoadWithoutRegisterPlugin) {
-    world.faults.FailCall("GetProcAddress", 1, ERROR_PROC_NOT_FOUND);
-    EXPECT_EQ(Attach(FALSE), (Names{"GetModuleHandleW", "GetProcAddress"}));
-    EXPECT_EQ(RegistrationCount(), 0u);
-}
-
-TEST_F(ModuleEntryWithManager, WithdrawsAlsoAtTheEndOfTheProcess) {
-    Attach(TRUE);
-    int marker = 0;
-    EXPECT_EQ(CallsOf(DLL_PROCESS_DETACH, TRUE, &marker),
-              (Names{"GetModuleHandleW", "GetProcAddress"}));
-    EXPECT_EQ(RegistrationCount(), 0u);
-}
-
-TEST_F(ModuleEntryWithManager, DoesNothingForThreads) {
-    EXPECT_EQ(CallsOf(DLL_THREAD_ATTACH, TRUE), Names{});
-    EXPECT_EQ(CallsOf(DLL_THREAD_DETACH, TRUE), Names{});
+TEST_F(ModuleEntryWithManager, DoesNothingForThreadsAndUnknownReasons) {
+    for (const DWORD reason : {DWORD{DLL_THREAD_ATTACH}, DWORD{DLL_THREAD_DETACH}, 4ul, ~0ul}) {
+        EXPECT_EQ(CallsOf(reason, TRUE), Names{});
+    }
     EXPECT_EQ(RegistrationCount(), 0u);
 }
 
 // --- The manager has to be found ---
 
+const Names kWithLoadedManager{"GetModuleHandleW", "GetModuleFileNameW", "PathCchRemoveFileSpec",
+                               "LoadLibraryW",     "GetProcAddress",     "FreeLibrary"};
+
 TEST_F(ModuleEntry, LoadsTheManagerBesideTheExecutableForTheCallOnly) {
     ASSERT_FALSE(ManagerIsLoaded());
-    EXPECT_EQ(Attach(TRUE), After(kFind, {"GetProcAddress", "FreeLibrary"}));
+    EXPECT_EQ(Attach(TRUE), kWithLoadedManager);
     EXPECT_FALSE(ManagerIsLoaded());
 
     EXPECT_EQ(Argument("GetModuleFileNameW", "module"), "null");
@@ -124,79 +108,18 @@ TEST_F(ModuleEntry, LoadsTheManagerBesideTheExecutableForTheCallOnly) {
               simulation::ToUtf8(test_support::ProgramFolder()) + "\\ZedPluginsManager.dll");
     EXPECT_EQ(Argument("GetProcAddress", "name"), "RegisterPlugin");
     EXPECT_EQ(Argument("FreeLibrary", "module"), Argument("GetProcAddress", "module"));
-}
 
-TEST_F(ModuleEntry, WithdrawsThroughAManagerThatItLoadsForTheCallOnly) {
-    EXPECT_EQ(Detach(), After(kFind, {"GetProcAddress", "FreeLibrary"}));
+    EXPECT_EQ(Detach(), kWithLoadedManager);
     EXPECT_EQ(Argument("GetProcAddress", "name"), "UnRegisterPlugin");
     EXPECT_FALSE(ManagerIsLoaded());
 }
 
-TEST_F(ModuleEntry, ReleasesTheManagerThatLacksRegisterPlugin) {
-    world.faults.FailCall("GetProcAddress", 1, ERROR_PROC_NOT_FOUND);
-    EXPECT_EQ(Attach(FALSE), After(kFind, {"GetProcAddress", "FreeLibrary"}));
-    EXPECT_FALSE(ManagerIsLoaded());
-}
-
-TEST_F(ModuleEntry, ReleasesTheManagerThatLacksUnRegisterPluginAndSucceeds) {
-    world.faults.FailCall("GetProcAddress", 1, ERROR_PROC_NOT_FOUND);
-    EXPECT_EQ(Detach(), After(kFind, {"GetProcAddress", "FreeLibrary"}));
-    EXPECT_FALSE(ManagerIsLoaded());
-}
-
-/// What keeps the manager from being found, and how far the search gets.
-struct SearchFault {
-    const char* function;
-    DWORD error;
-    FaultVariant variant;
-    Names calls;
-};
-
-void PrintTo(const SearchFault& fault, std::ostream* stream) { *stream << fault.function; }
-
-class FailingSearch : public ModuleEntry, public testing::WithParamInterface<SearchFault> {
-protected:
-    FailingSearch() {
-        const SearchFault& fault = GetParam();
-        world.faults.FailEveryCall(fault.function, fault.error, fault.variant);
-    }
-};
-
-TEST_P(FailingSearch, MakesTheLoadFail) { EXPECT_EQ(Attach(FALSE), GetParam().calls); }
-
-TEST_P(FailingSearch, IsSilentAtUnload) { EXPECT_EQ(Detach(), GetParam().calls); }
-
-INSTANTIATE_TEST_SUITE_P(
-    EachStep, FailingSearch,
-    testing::Values(SearchFault{"GetModuleFileNameW", ERROR_ACCESS_DENIED, FaultVariant::Fail,
-                                Names(kFind.begin(), kFind.begin() + 2)},
-                    SearchFault{"PathCchRemoveFileSpec", static_cast<DWORD>(E_INVALIDARG),
-                                FaultVariant::Fail, Names(kFind.begin(), kFind.begin() + 3)},
-                    SearchFault{"PathCchRemoveFileSpec", S_FALSE, FaultVariant::SuccessWithNothing,
-                                Names(kFind.begin(), kFind.begin() + 3)},
-                    SearchFault{"LoadLibraryW", ERROR_MOD_NOT_FOUND, FaultVariant::Fail, kFind}),
-    [](const auto& instance) {
-        return std::string(instance.param.function) +
-               (instance.param.error == S_FALSE ? "RemovesNothing" : "Fails");
-    });
-
 TEST_F(ModuleEntry, UsesTheFolderOfATruncatedPathAsItComes) {
     // The path is cut to "C:\xxx...", of which "C:\" is the folder.
-    world.faults.FailCall("GetModuleFileNameW", 1, 0, FaultVariant::ShortSize);
-    EXPECT_EQ(Attach(FALSE), kFind);
+    world.faults.FailCall("GetModuleFileNameW", 1, 0, simulation::FaultVariant::ShortSize);
+    EXPECT_EQ(Attach(FALSE), Names(kWithLoadedManager.begin(), kWithLoadedManager.begin() + 4));
     EXPECT_EQ(Argument("LoadLibraryW", "name"), "C:\\\\ZedPluginsManager.dll");
 }
-
-TEST_F(ModuleEntry, RemembersNothingOfTheLoadAtUnload) {
-    {
-        const ScopedModule manager(
-            LoadLibraryW((test_support::ProgramFolder() + L"\\ZedPluginsManager.dll").c_str()));
-        EXPECT_EQ(Attach(TRUE), (Names{"GetModuleHandleW", "GetProcAddress"}));
-    }
-    EXPECT_EQ(Detach(), After(kFind, {"GetProcAddress", "FreeLibrary"}));
-}
-
-// --- The buffer for the path ---
 
 bool bufferWasZero = false;
 
@@ -206,9 +129,8 @@ DWORD WINAPI LookAtTheBuffer(HMODULE, wchar_t* path, DWORD capacity) {
 }
 
 TEST(ModuleEntryPath, IsReadIntoABufferOfZeroes) {
-    simulation::ImportRedirection redirection(GetModuleHandleW(nullptr));
-    redirection.Redirect<decltype(::GetModuleFileNameW)>("GetModuleFileNameW", LookAtTheBuffer);
-    bufferWasZero = false;
+    const unit_tests::ImportOverride<decltype(::GetModuleFileNameW)> handMade("GetModuleFileNameW",
+                                                                              LookAtTheBuffer);
     DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
     EXPECT_TRUE(bufferWasZero);
 }

@@ -1,18 +1,27 @@
+// The record and the factory as objects. What the manager gets of them is in the tests of the built
+// library.
 #include "plugin/plugin_registration.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <atomic>
 #include <cstddef>
 #include <cstdlib>
+#include <functional>
 #include <memory>
+#include <string>
 #include <type_traits>
 
 #include "plugin/tallyport_plugin.h"
-#include "simulation/import_redirection.h"
+#include "unit/import_override.h"
 
 namespace {
+
+using unit_tests::ImportOverride;
+
+static_assert(std::is_same_v<decltype(PluginRegistrationInfo::reservedText), std::string>);
+static_assert(
+    std::is_same_v<decltype(PluginRegistrationInfo::reservedCallback), std::function<void()>>);
 
 template <class Member>
 std::ptrdiff_t OffsetInRecord(const Member& member) {
@@ -20,20 +29,11 @@ std::ptrdiff_t OffsetInRecord(const Member& member) {
            reinterpret_cast<const char*>(&pluginRegistration);
 }
 
-TEST(RegistrationRecord, HoldsTheIdentifier) {
-    EXPECT_EQ(pluginRegistration.id, "6FB0F3BF-9BBC-4A0B-9B61-3AD94AEA2DE8");
-}
-
 TEST(RegistrationRecord, HoldsCreatePluginItselfAsFactory) {
     const auto* const function =
         pluginRegistration.factory.target<std::shared_ptr<ZedPlugin> (*)()>();
     ASSERT_NE(function, nullptr);
     EXPECT_EQ(*function, &CreatePlugin);
-}
-
-TEST(RegistrationRecord, LeavesItsLastTwoMembersEmpty) {
-    EXPECT_TRUE(pluginRegistration.reservedText.empty());
-    EXPECT_FALSE(pluginRegistration.reservedCallback);
 }
 
 TEST(RegistrationRecord, HasItsMembersInTheManagersOrderWithNothingInBetween) {
@@ -48,43 +48,24 @@ TEST(RegistrationRecord, HasItsMembersInTheManagersOrderWithNothingInBetween) {
     EXPECT_EQ(sizeof(pluginRegistration), 2 * sizeof(Text) + 2 * sizeof(Factory));
 }
 
-TEST(RegistrationRecord, HasANarrowTextAndACallbackWithoutArgumentsAsItsLastMembers) {
-    static_assert(std::is_same_v<decltype(PluginRegistrationInfo::reservedText), std::string>);
-    static_assert(
-        std::is_same_v<decltype(PluginRegistrationInfo::reservedCallback), std::function<void()>>);
-}
-
-TEST(CreatePluginFunction, GivesTheCallerTheOnlyReference) {
-    const std::shared_ptr<ZedPlugin> plugin = CreatePlugin();
-    EXPECT_EQ(plugin.use_count(), 1);
-}
-
-TEST(CreatePluginFunction, MakesANewObjectAtEachCall) {
-    const std::shared_ptr<ZedPlugin> first = CreatePlugin();
-    const std::shared_ptr<ZedPlugin> second = CreatePlugin();
-    EXPECT_NE(first, second);
-    EXPECT_EQ(first.use_count(), 1);
-}
-
+using Malloc = void*(std::size_t);
 DWORD countingThread = 0;
 int allocations = 0;
-decltype(::malloc)* realMalloc = nullptr;
 
 void* __cdecl CountedMalloc(std::size_t size) {
     if (GetCurrentThreadId() == countingThread) {
         ++allocations;
     }
-    return realMalloc(size);
+    return ImportOverride<Malloc>::Next()(size);
 }
 
 TEST(CreatePluginFunction, AllocatesObjectAndCountsTogether) {
-    simulation::ImportRedirection redirection(GetModuleHandleW(nullptr));
-    realMalloc = redirection.Redirect<decltype(::malloc)>("malloc", CountedMalloc);
+    const ImportOverride<Malloc> counted("malloc", CountedMalloc);
     countingThread = GetCurrentThreadId();
-    allocations = 0;
     const std::shared_ptr<ZedPlugin> plugin = CreatePlugin();
     countingThread = 0;
     EXPECT_EQ(allocations, 1);
+    EXPECT_EQ(plugin.use_count(), 1);
 }
 
 }  // namespace

@@ -6,17 +6,13 @@
 
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "reporters/report_popup_block_info.h"
-#include "simulation/fakes/accounts.h"
-#include "simulation/fakes/handles.h"
+#include "simulation/fakes/families.h"
 #include "simulation/fakes/heap.h"
-#include "simulation/fakes/sessions.h"
 #include "simulation/simulated_machine.h"
 #include "support/recorded_suite.h"
-#include "unit/reporters/version_calls.h"
 
 namespace optimisation_report_test {
 
@@ -24,19 +20,18 @@ using Texts = std::vector<std::string>;
 
 inline constexpr char kAnnKey[] =
     "HKU\\S-1-5-21-1-2-3-1001\\SOFTWARE\\Zentro\\Orbisuite\\TuneBoost";
-inline constexpr char kBobKey[] =
-    "HKU\\S-1-5-21-1-2-3-1002\\SOFTWARE\\Zentro\\Orbisuite\\TuneBoost";
-inline constexpr char kSystemKey[] = "HKU\\S-1-5-18\\SOFTWARE\\Zentro\\Orbisuite\\TuneBoost";
-inline constexpr char kNoSidKey[] = "HKU\\\\SOFTWARE\\Zentro\\Orbisuite\\TuneBoost";
 inline constexpr char kEvent[] = "event 992614518";
+inline constexpr wchar_t kComponent[] =
+    L"C:\\Program Files\\Zentro\\Orbisuite\\components\\TuneBoost\\TuneBoostCenter.exe";
 
-/// Ann sits at the console.
+/// Ann sits at the console, and the component has a version.
 inline simulation::Machine DeskMachine() {
     simulation::Machine machine;
     machine.logons.consoleSession = 1;
     machine.logons.sessions = {{1, WTSActive, L"PC\\ann", ERROR_SUCCESS}};
     machine.logons.accounts = {{L"PC\\ann", L"S-1-5-21-1-2-3-1001"},
                                {L"NT AUTHORITY\\SYSTEM", L"S-1-5-18"}};
+    machine.fileVersions[kComponent] = {/*file=*/{5, 6, 7, 8}, /*product=*/{1, 2, 3, 4}};
     return machine;
 }
 
@@ -55,12 +50,9 @@ protected:
 
     Texts Run() {
         suite.timeline.Clear();
-        reporter.OnRecvReportInfo();
+        world.journal.Clear();
+        ReportPopUpBlockInfo().OnRecvReportInfo();
         return suite.timeline.Texts();
-    }
-
-    static std::string LastOf(const Texts& texts) {
-        return texts.empty() ? "nothing happened" : texts.back();
     }
 
     static std::string Exists(const std::string& key = kAnnKey) { return "exists " + key; }
@@ -71,44 +63,24 @@ protected:
 
     /// A run that finds the key and both switches.
     static Texts WholeRun(const std::string& key = kAnnKey) {
-        return {Exists(key),
-                Read("PopUpBlockingStatus", key),
-                Read("PowerfulModeStatus", key),
-                "GetFileVersionInfoSizeW",
-                "GetFileVersionInfoW",
-                "VerQueryValueW",
+        return {Exists(key), Read("PopUpBlockingStatus", key), Read("PowerfulModeStatus", key),
                 kEvent};
     }
 
-    /// A field of the latest event; the reason when there is none.
-    std::string LatestField(const std::string& key) const {
+    /// A field of the latest event.
+    std::string LatestField(std::size_t index) const {
         const std::vector<test_support::Event> events = suite.events.All();
-        if (events.empty()) {
-            return "no event";
-        }
-        for (const auto& [fieldKey, value] : events.back().fields) {
-            if (fieldKey == key) {
-                return value;
-            }
-        }
-        return "no such field";
+        return events.empty() ? "no event" : events.back().fields.at(index).second;
     }
 
-    std::string StatusOf(std::int32_t popUpBlocking, std::int32_t powerfulMode) {
-        SetSwitches(popUpBlocking, powerfulMode);
-        Run();
-        return LatestField("status");
-    }
-
-    const ReportPopUpBlockInfo reporter{};
     test_support::RecordedSuite suite;
     simulation::SimulatedMachine machine{
         GetModuleHandleW(nullptr),
         DeskMachine(),
         {simulation::InstallHandleFakes, simulation::InstallSessionFakes,
-         simulation::InstallAccountFakes, simulation::InstallHeapFakes}};
+         simulation::InstallAccountFakes, simulation::InstallHeapFakes,
+         simulation::InstallVersionInfoFakes}};
     simulation::World& world = machine.world();
-    VersionCalls versionCalls{suite.timeline, L"component_1_2_3_4.exe"};
 };
 
 }  // namespace optimisation_report_test

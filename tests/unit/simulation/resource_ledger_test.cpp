@@ -16,15 +16,6 @@ std::string TextOf(const ResourceLedger& ledger) {
     return text.str();
 }
 
-TEST(ResourceLedger, IsBalancedWhenEverythingCameBack) {
-    ResourceLedger ledger;
-    void* const set = ledger.Acquire(ResourceKind::DeviceSet);
-    EXPECT_FALSE(ledger.Balanced());
-    EXPECT_TRUE(ledger.Release(ResourceKind::DeviceSet, set));
-    EXPECT_TRUE(ledger.Balanced()) << ledger;
-    EXPECT_EQ(TextOf(ledger), "");
-}
-
 TEST(ResourceLedger, NamesWhatWasNotGivenBack) {
     ResourceLedger ledger;
     ledger.Acquire(ResourceKind::Printer, "Fax");
@@ -83,16 +74,6 @@ TEST(ResourceLedger, AcceptsAnAddressThatTheHeapGivesAgain) {
         EXPECT_TRUE(ledger.Release(ResourceKind::HeapBlock, &block));
     }
     EXPECT_TRUE(ledger.Balanced()) << ledger;
-}
-
-TEST(ResourceLedger, TellsSimulatedHandlesFromRealOnes) {
-    ResourceLedger ledger;
-    void* const file = ledger.Acquire(ResourceKind::File);
-    EXPECT_TRUE(ResourceLedger::IsSimulatedHandle(file));
-    EXPECT_FALSE(ResourceLedger::IsSimulatedHandle(&ledger));
-    EXPECT_FALSE(ResourceLedger::IsSimulatedHandle(reinterpret_cast<void*>(-1)));
-    EXPECT_EQ(ledger.KindOf(file), ResourceKind::File);
-    EXPECT_EQ(ledger.KindOf(&ledger), std::nullopt);
 }
 
 }  // namespace

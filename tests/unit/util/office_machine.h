@@ -4,14 +4,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
-#include "simulation/fakes/accounts.h"
-#include "simulation/fakes/handles.h"
-#include "simulation/fakes/heap.h"
-#include "simulation/fakes/sessions.h"
+#include "simulation/fakes/families.h"
 #include "simulation/simulated_machine.h"
 
 namespace console_user_test {
@@ -25,6 +21,7 @@ inline constexpr wchar_t kAnnSid[] = L"S-1-5-21-1-2-3-1001";
 inline constexpr wchar_t kBobSid[] = L"S-1-5-21-1-2-3-1002";
 inline constexpr wchar_t kCleoSid[] = L"S-1-5-21-1-2-3-1003";
 inline constexpr wchar_t kHostSid[] = L"S-1-5-18";
+inline constexpr wchar_t kBuiltInSid[] = L"S-1-5-32";
 
 /// Ann sits at the console, Bob works remotely, Cleo's session is behind his.
 inline simulation::Machine OfficeMachine() {
@@ -60,21 +57,5 @@ protected:
          simulation::InstallAccountFakes, simulation::InstallHeapFakes}};
     simulation::World& world = machine.world();
 };
-
-/// Calls what stood in the import table before and reports its success as `kResult`.
-template <class Function, BOOL kResult>
-struct SuccessAs;
-template <BOOL kResult, class... Arguments>
-struct SuccessAs<BOOL WINAPI(Arguments...), kResult> {
-    static BOOL WINAPI Call(Arguments... arguments) {
-        return original(arguments...) == TRUE ? kResult : FALSE;
-    }
-    static inline BOOL(WINAPI* original)(Arguments...) = nullptr;
-};
-
-inline bool IsZero(const void* bytes, std::size_t size) {
-    const auto* const begin = static_cast<const BYTE*>(bytes);
-    return std::all_of(begin, begin + size, [](BYTE byte) { return byte == 0; });
-}
 
 }  // namespace console_user_test

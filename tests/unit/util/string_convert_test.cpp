@@ -4,87 +4,54 @@
 #include <windows.h>
 
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
+#include "simulation/fakes/families.h"
 #include "simulation/fakes/heap.h"
-#include "simulation/import_redirection.h"
+#include "unit/import_override.h"
 #include "unit/util/dirty_memory.h"
 
 namespace {
 
+using unit_tests::ImportOverride;
+
 constexpr wchar_t kWithNul[] = L"ab\0cd";
 const std::wstring kEmbeddedNul(kWithNul, 5);
+const std::wstring kHalfPair{L'a', wchar_t{0xD83D}, L'b'};
 
-// --- WStringToString: the ANSI code page ---
-
-/// The bytes of a text in the machine's ANSI code page, for those pages that tests know.
-class WideToAnsi : public testing::Test {
-protected:
-    void SetUp() override {
-        if (GetACP() != 1252 && GetACP() != CP_UTF8) {
-            GTEST_SKIP() << "expected bytes are not known for ANSI code page " << GetACP();
-        }
+TEST(WideToAnsi, KeepsNulsAndReplacesWhatTheCodePageLacks) {
+    if (GetACP() != 1252 && GetACP() != CP_UTF8) {
+        GTEST_SKIP() << "expected bytes are not known for ANSI code page " << GetACP();
     }
-
-    static std::string Expected(const char* western, const char* utf8) {
-        return GetACP() == CP_UTF8 ? utf8 : western;
+    for (const auto& [text, western, utf8] :
+         {std::tuple(std::wstring(L"Board 17-A"), std::string("Board 17-A"), "Board 17-A"),
+          std::tuple(std::wstring(), std::string(), ""),
+          std::tuple(std::wstring(L"caf\u00E9 \u20AC"), std::string("caf\xE9 \x80"),
+                     "caf\u00E9 \u20AC"),
+          std::tuple(std::wstring(L"a\u4E2Db"), std::string("a?b"), "a\u4E2Db"),
+          std::tuple(kHalfPair, std::string("a?b"), "a\uFFFDb")}) {
+        EXPECT_EQ(WStringToString(text), GetACP() == CP_UTF8 ? utf8 : western);
     }
-};
-
-TEST_F(WideToAnsi, KeepsPlainText) { EXPECT_EQ(WStringToString(L"Board 17-A"), "Board 17-A"); }
-
-TEST_F(WideToAnsi, YieldsNothingForNothing) { EXPECT_EQ(WStringToString(L""), ""); }
-
-TEST_F(WideToAnsi, KeepsAnEmbeddedNulAndWhatFollows) {
     EXPECT_EQ(WStringToString(kEmbeddedNul), std::string("ab\0cd", 5));
-}
-
-TEST_F(WideToAnsi, KeepsATextOfNulsOnly) {
     EXPECT_EQ(WStringToString(std::wstring(3, L'\0')), std::string(3, '\0'));
 }
 
-TEST_F(WideToAnsi, AddsNoTerminatorToTheLength) { EXPECT_EQ(WStringToString(L"abc").size(), 3u); }
-
-TEST_F(WideToAnsi, ConvertsLettersOfTheCodePage) {
-    EXPECT_EQ(WStringToString(L"caf\u00E9 \u20AC"), Expected("caf\xE9 \x80", "caf\u00E9 \u20AC"));
-}
-
-TEST_F(WideToAnsi, ReplacesALetterThatTheCodePageLacks) {
-    EXPECT_EQ(WStringToString(L"a\u4E2Db"), Expected("a?b", "a\u4E2Db"));
-}
-
-TEST_F(WideToAnsi, ReplacesALoneSurrogate) {
-    EXPECT_EQ(WStringToString(std::wstring{L'a', wchar_t{0xD83D}, L'b'}),
-              Expected("a?b", "a\uFFFDb"));
-}
-
-// --- WStringToUtf8 ---
-
-TEST(WideToUtf8, KeepsPlainText) { EXPECT_EQ(WStringToUtf8(L"Mouse 2.0"), "Mouse 2.0"); }
-
-TEST(WideToUtf8, YieldsNothingForNothing) { EXPECT_EQ(WStringToUtf8(L""), ""); }
-
-TEST(WideToUtf8, StopsAtAnEmbeddedNul) { EXPECT_EQ(WStringToUtf8(kEmbeddedNul), "ab"); }
-
-TEST(WideToUtf8, YieldsNothingWhenTheTextBeginsWithANul) {
-    EXPECT_EQ(WStringToUtf8(std::wstring(1, L'\0') + L"abc"), "");
-}
-
-TEST(WideToUtf8, WritesEAcuteAsTwoBytes) { EXPECT_EQ(WStringToUtf8(L"\u00E9"), "\xC3\xA9"); }
-
-TEST(WideToUtf8, WritesLettersOfThreeAndFourBytes) {
-    EXPECT_EQ(WStringToUtf8(L"\u4E2D"), "\xE4\xB8\xAD");
-    EXPECT_EQ(WStringToUtf8(std::wstring{wchar_t{0xD83D}, wchar_t{0xDDA8}}), "\xF0\x9F\x96\xA8");
-}
-
-TEST(WideToUtf8, ReplacesALoneSurrogate) {
-    EXPECT_EQ(WStringToUtf8(std::wstring{L'a', wchar_t{0xD83D}, L'b'}), "a\xEF\xBF\xBD\x62");
-    EXPECT_EQ(WStringToUtf8(std::wstring{wchar_t{0xDDA8}}), "\xEF\xBF\xBD");
+TEST(WideToUtf8, EndsAtTheFirstNulAndReplacesHalfPairs) {
+    for (const auto& [text, bytes] :
+         {std::pair(std::wstring(L"Mouse 2.0"), "Mouse 2.0"), std::pair(std::wstring(), ""),
+          std::pair(kEmbeddedNul, "ab"), std::pair(std::wstring(L"\0abc", 4), ""),
+          std::pair(std::wstring(L"\u00E9\u4E2D\xD83D\xDDA8"),
+                    "\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x96\xA8"),
+          std::pair(kHalfPair, "a\xEF\xBF\xBD\x62"),
+          std::pair(std::wstring(L"\xDDA8"), "\xEF\xBF\xBD")}) {
+        EXPECT_EQ(WStringToUtf8(text), bytes);
+    }
 }
 
 TEST(WideToUtf8, ConvertsALongText) {
-    const std::wstring text(100'000, L'\u00E9');
-    const std::string bytes = WStringToUtf8(text);
+    const std::string bytes = WStringToUtf8(std::wstring(100'000, L'\u00E9'));
     ASSERT_EQ(bytes.size(), 200'000u);
     EXPECT_EQ(bytes.substr(199'998), "\xC3\xA9");
 }
@@ -122,7 +89,6 @@ struct Conversion {
 std::vector<Conversion> conversions;
 /// The call, counted from 1, that fails; 0 for none.
 std::size_t failingConversion = 0;
-decltype(::WideCharToMultiByte)* realWideCharToMultiByte = nullptr;
 
 int WINAPI RecordedWideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* source,
                                        int sourceLength, char* buffer, int bufferSize,
@@ -137,8 +103,8 @@ int WINAPI RecordedWideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t
         SetLastError(ERROR_INVALID_PARAMETER);
         return 0;
     }
-    return realWideCharToMultiByte(codePage, flags, source, sourceLength, buffer, bufferSize,
-                                   defaultCharacter, usedDefault);
+    return ImportOverride<decltype(::WideCharToMultiByte)>::Next()(
+        codePage, flags, source, sourceLength, buffer, bufferSize, defaultCharacter, usedDefault);
 }
 
 class ConversionCalls : public testing::Test {
@@ -146,11 +112,10 @@ protected:
     ConversionCalls() {
         conversions.clear();
         failingConversion = 0;
-        realWideCharToMultiByte = redirection.Redirect<decltype(::WideCharToMultiByte)>(
-            "WideCharToMultiByte", RecordedWideCharToMultiByte);
     }
 
-    simulation::ImportRedirection redirection{GetModuleHandleW(nullptr)};
+    const ImportOverride<decltype(::WideCharToMultiByte)> recorded{"WideCharToMultiByte",
+                                                                   RecordedWideCharToMultiByte};
 };
 
 TEST_F(ConversionCalls, OfTheAnsiConversionStateTheLengthAndAskForNoDefault) {
@@ -166,6 +131,11 @@ TEST_F(ConversionCalls, OfTheAnsiConversionEndWhenTheSizeIsNotFound) {
     EXPECT_EQ(conversions.size(), 1u);
 }
 
+TEST_F(ConversionCalls, OfTheAnsiConversionLeaveNulsWhenTheConversionFails) {
+    failingConversion = 2;
+    EXPECT_EQ(WStringToString(L"abc"), std::string(3, '\0'));
+}
+
 TEST_F(ConversionCalls, OfTheUtf8ConversionEndAtTheTerminatorAndLeaveTheSpareByteAlone) {
     EXPECT_EQ(WStringToUtf8(L"\u00E9t\u00E9"), "\xC3\xA9t\xC3\xA9");
     ASSERT_EQ(conversions.size(), 2u);
@@ -175,15 +145,31 @@ TEST_F(ConversionCalls, OfTheUtf8ConversionEndAtTheTerminatorAndLeaveTheSpareByt
         (conversions[1] == Conversion{CP_UTF8, 0, L"\u00E9t\u00E9", -1, true, 6, false, false}));
 }
 
-TEST_F(ConversionCalls, OfTheUtf8ConversionYieldNothingWhenTheSizeIsNotFound) {
+TEST_F(ConversionCalls, OfTheUtf8ConversionYieldNothingWhenOneFails) {
     failingConversion = 1;
     EXPECT_EQ(WStringToUtf8(L"abc"), "");
-}
-
-TEST_F(ConversionCalls, OfTheUtf8ConversionYieldNothingWhenTheConversionFails) {
-    failingConversion = 2;
+    failingConversion = 4;
     const console_user_test::DirtyHeap heap;
     EXPECT_EQ(WStringToUtf8(L"abc"), "");
+    EXPECT_EQ(conversions.size(), 4u);
+}
+
+int toldSize = 0;
+int wideningCalls = 0;
+
+/// Tells a size and then converts nothing.
+int WINAPI TellSizeOnly(UINT, DWORD, const char*, int, wchar_t* buffer, int) {
+    ++wideningCalls;
+    return buffer == nullptr ? toldSize : 0;
+}
+
+TEST(AnsiToWide, EndsWithoutASizeAndYieldsNulsWhenTheConversionFails) {
+    const ImportOverride<decltype(::MultiByteToWideChar)> handMade("MultiByteToWideChar",
+                                                                   TellSizeOnly);
+    EXPECT_EQ(StringToWString("abc"), L"");
+    EXPECT_EQ(wideningCalls, 1);
+    toldSize = 3;
+    EXPECT_EQ(StringToWString("abc"), std::wstring(3, L'\0'));
 }
 
 }  // namespace

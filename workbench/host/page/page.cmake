@@ -14,11 +14,4 @@ add_custom_command(
         ${page_scripts}
     VERBATIM)
 
-target_sources(host_parts PRIVATE
-    "${page_folder}/page_data.cpp"
-    "${page_folder}/page_writer.cpp"
-    "${page_folder}/record_reader.cpp"
-    "${page_folder}/recorded_time.cpp"
-    "${page_folder}/source_hash.cpp"
-    "${page_source}")
-target_link_libraries(host_parts PRIVATE bcrypt crypt32)
+target_sources(host_parts PRIVATE "${page_folder}/page.cpp" "${page_source}")

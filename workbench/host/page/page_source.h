@@ -1,13 +1,13 @@
-// The page's parts, which the build takes from the files beside this one.
+// The page's parts, which the build makes from the files beside this one.
 #pragma once
 
 #include <string_view>
 
 namespace host {
 
-/// Line feeds only: a browser hashes text after it has dropped carriage returns.
-extern const std::string_view kPageTemplate;
-extern const std::string_view kPageStyle;
-extern const std::string_view kPageScript;
+/// What stands before and behind the record. The page's policy lets the browser run its own style
+/// and script, which it knows by their hashes, and load nothing.
+extern const std::string_view kPageFront;
+extern const std::string_view kPageBack;
 
 }  // namespace host

@@ -1,5 +1,3 @@
-#include "simulation/fakes/accounts.h"
-
 #include <windows.h>
 // windows.h has to come first.
 #include <sddl.h>
@@ -7,6 +5,7 @@
 #include <cwchar>
 
 #include "simulation/fake_call.h"
+#include "simulation/fakes/families.h"
 #include "simulation/sid_text.h"
 
 namespace simulation {
@@ -25,15 +24,35 @@ bool SameAccount(const std::wstring& known, const std::wstring& asked) {
            _wcsicmp(known.c_str() + backslash + 1, asked.c_str()) == 0;
 }
 
+struct Account {
+    std::wstring sid;
+    std::wstring domain;
+    SID_NAME_USE use;
+};
+
+std::optional<Account> FindAccount(const Machine& machine, const std::wstring& asked) {
+    if (asked.empty()) {
+        return Account{L"S-1-5-32", L"BUILTIN", SidTypeDomain};
+    }
+    for (const auto& [name, sid] : machine.logons.accounts) {
+        if (SameAccount(name, asked)) {
+            const std::size_t backslash = name.find(L'\\');
+            return Account{sid, backslash == std::wstring::npos ? L"" : name.substr(0, backslash),
+                           SidTypeUser};
+        }
+    }
+    return std::nullopt;
+}
+
 /// Plans: ShortSize fails as for buffers that are too small.
 BOOL WINAPI FakeLookupAccountNameW(const wchar_t* system, const wchar_t* account, void* sid,
                                    DWORD* sidSize, wchar_t* domain, DWORD* domainSize,
                                    SID_NAME_USE* use) {
     FakeCall call("LookupAccountNameW");
-    call.Argument("system", system);
-    call.Argument("account", account);
-    call.Argument("sidSize", *sidSize);
-    call.Argument("domainSize", *domainSize);
+    call.Arguments({{"system", system},
+                    {"account", account},
+                    {"sidSize", *sidSize},
+                    {"domainSize", *domainSize}});
     const auto& fault = call.PlannedFault();
     const bool tooSmall = fault && fault->variant == FaultVariant::ShortSize;
     if (fault && !tooSmall) {
@@ -42,38 +61,27 @@ BOOL WINAPI FakeLookupAccountNameW(const wchar_t* system, const wchar_t* account
 
     World& world = call.world();
     const auto lock = world.Lock();
-    for (const auto& [name, text] : world.machine.logons.accounts) {
-        if (!SameAccount(name, account)) {
-            continue;
-        }
-        const std::optional<std::vector<BYTE>> bytes = SidFromText(text);
-        if (!bytes) {
-            break;
-        }
-        const std::size_t backslash = name.find(L'\\');
-        const std::wstring domainText =
-            backslash == std::wstring::npos ? std::wstring() : name.substr(0, backslash);
-        if (tooSmall || *sidSize < bytes->size() || *domainSize <= domainText.size()) {
-            *sidSize = static_cast<DWORD>(bytes->size());
-            *domainSize = static_cast<DWORD>(domainText.size() + 1);
-            return call.Fails(FALSE, ERROR_INSUFFICIENT_BUFFER);
-        }
-        CopyMemory(sid, bytes->data(), bytes->size());
-        domainText.copy(domain, domainText.size());
-        domain[domainText.size()] = L'\0';
-        *domainSize = static_cast<DWORD>(domainText.size());
-        *use = SidTypeUser;
-        return call.Returns(TRUE);
+    const std::optional<Account> found = FindAccount(world.machine, account);
+    const std::optional<std::vector<BYTE>> bytes = SidFromText(found ? found->sid : L"");
+    if (!bytes) {
+        return call.Fails(FALSE, ERROR_NONE_MAPPED);
     }
-    return call.Fails(FALSE, ERROR_NONE_MAPPED);
+    if (tooSmall || *sidSize < bytes->size() || *domainSize <= found->domain.size()) {
+        *sidSize = static_cast<DWORD>(bytes->size());
+        *domainSize = static_cast<DWORD>(found->domain.size() + 1);
+        return call.Fails(FALSE, ERROR_INSUFFICIENT_BUFFER);
+    }
+    CopyMemory(sid, bytes->data(), bytes->size());
+    *sidSize = static_cast<DWORD>(bytes->size());
+    std::wmemcpy(domain, found->domain.c_str(), found->domain.size() + 1);
+    *domainSize = static_cast<DWORD>(found->domain.size());
+    *use = found->use;
+    return call.Returns(TRUE);
 }
 
 BOOL WINAPI FakeConvertSidToStringSidW(void* sid, wchar_t** text) {
     FakeCall call("ConvertSidToStringSidW");
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
-    const BOOL converted = call.PassTo(realConvertSidToStringSidW, sid, text);
+    const BOOL converted = call.FailsOrPassesTo(FALSE, realConvertSidToStringSidW, sid, text);
     if (converted != FALSE) {
         call.Argument("text", *text);
         call.world().ledger.Adopt(ResourceKind::LocalMemory, *text, "SID text");
@@ -97,12 +105,11 @@ HLOCAL WINAPI FakeLocalFree(HLOCAL memory) {
 }  // namespace
 
 void InstallAccountFakes(ImportRedirection& redirection) {
-    redirection.RedirectIfImported<decltype(::LookupAccountNameW)>("LookupAccountNameW",
-                                                                   FakeLookupAccountNameW);
-    realConvertSidToStringSidW = redirection.RedirectIfImported<decltype(::ConvertSidToStringSidW)>(
-        "ConvertSidToStringSidW", FakeConvertSidToStringSidW);
-    realLocalFree =
-        redirection.RedirectIfImported<decltype(::LocalFree)>("LocalFree", FakeLocalFree);
+    redirection.RedirectImported({
+        Replace<decltype(::LookupAccountNameW)>("LookupAccountNameW", FakeLookupAccountNameW),
+        {"ConvertSidToStringSidW", FakeConvertSidToStringSidW, &realConvertSidToStringSidW},
+        {"LocalFree", FakeLocalFree, &realLocalFree},
+    });
 }
 
 }  // namespace simulation

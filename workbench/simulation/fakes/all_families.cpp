@@ -1,20 +1,4 @@
-#include "simulation/fakes/accounts.h"
-#include "simulation/fakes/config_manager.h"
-#include "simulation/fakes/device_notifications.h"
-#include "simulation/fakes/display_config.h"
-#include "simulation/fakes/display_settings.h"
-#include "simulation/fakes/handles.h"
-#include "simulation/fakes/heap.h"
-#include "simulation/fakes/hid.h"
-#include "simulation/fakes/modules.h"
-#include "simulation/fakes/print_spooler.h"
-#include "simulation/fakes/registry.h"
-#include "simulation/fakes/sessions.h"
-#include "simulation/fakes/setup_api.h"
-#include "simulation/fakes/threads.h"
-#include "simulation/fakes/time_sources.h"
-#include "simulation/fakes/version_info.h"
-#include "simulation/fakes/window_calls.h"
+#include "simulation/fakes/families.h"
 #include "simulation/simulated_machine.h"
 
 namespace simulation {
@@ -24,8 +8,7 @@ const std::vector<FakeFamily>& AllFakeFamilies() {
         InstallAccountFakes,
         InstallConfigManagerFakes,
         InstallDeviceNotificationFakes,
-        InstallDisplayConfigFakes,
-        InstallDisplaySettingsFakes,
+        InstallDisplayFakes,
         InstallHandleFakes,
         InstallHeapFakes,
         InstallHidFakes,
@@ -34,6 +17,7 @@ const std::vector<FakeFamily>& AllFakeFamilies() {
         InstallRegistryFakes,
         InstallSessionFakes,
         InstallSetupApiFakes,
+        InstallSetupApiInterfaceFakes,
         InstallThreadFakes,
         InstallTimeFakes,
         InstallVersionInfoFakes,

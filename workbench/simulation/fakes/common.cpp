@@ -7,10 +7,6 @@ bool SameName(std::wstring_view left, std::wstring_view right) {
                                 static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
 }
 
-bool IsPlanned(const FakeCall& call, FaultVariant variant) {
-    return call.PlannedFault() && call.PlannedFault()->variant == variant;
-}
-
 void GuidArgument(FakeCall& call, const char* name, const GUID* guid) {
     if (guid == nullptr) {
         call.Argument(name, nullptr);

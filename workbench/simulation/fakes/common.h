@@ -15,9 +15,6 @@ namespace simulation {
 /// count.
 bool SameName(std::wstring_view left, std::wstring_view right);
 
-/// Whether the call is to go wrong in this very way.
-bool IsPlanned(const FakeCall& call, FaultVariant variant);
-
 /// What a family of fakes remembers of each handle that it gave out, while that is open: forgets
 /// the closed ones and remembers `what` of a new one. A run of months must not grow by its handles.
 template <typename Handle, typename What>

@@ -1,11 +1,10 @@
-#include "simulation/fakes/config_manager.h"
-
 #include <windows.h>
 // windows.h has to come first.
 #include <cfgmgr32.h>
 
 #include "simulation/fake_call.h"
-#include "simulation/fakes/device_nodes.h"
+#include "simulation/fakes/device_sets.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -16,22 +15,14 @@ CONFIGRET WINAPI FakeCM_Get_DevNode_Status(ULONG* status, ULONG* problem, DEVINS
     World& world = call.world();
     const auto lock = world.Lock();
     const std::wstring instanceId = InstanceIdOf(world, node);
-    call.Argument("node", node);
-    call.Argument("device", instanceId.c_str());
-    call.Argument("flags", flags);
-    if (call.PlannedFault()) {
-        return call.FailsWithStatus<CONFIGRET>();
+    call.Arguments({{"node", node}, {"device", instanceId.c_str()}, {"flags", flags}});
+    if (const auto error =
+            call.Refused({{status == nullptr || problem == nullptr, CR_INVALID_POINTER},
+                          {flags != 0, CR_INVALID_FLAG},
+                          {instanceId.empty(), CR_INVALID_DEVNODE}})) {
+        return call.ReturnsStatus(static_cast<CONFIGRET>(*error));
     }
-    if (status == nullptr || problem == nullptr) {
-        return call.ReturnsStatus<CONFIGRET>(CR_INVALID_POINTER);
-    }
-    if (flags != 0) {
-        return call.ReturnsStatus<CONFIGRET>(CR_INVALID_FLAG);
-    }
-    if (instanceId.empty()) {
-        return call.ReturnsStatus<CONFIGRET>(CR_INVALID_DEVNODE);
-    }
-    const Device* const device = FindDevice(world.machine, instanceId);
+    const Device* const device = FindDevice(world.machine, instanceId, node - 1);
     if (device == nullptr || !device->present) {
         return call.ReturnsStatus<CONFIGRET>(CR_NO_SUCH_DEVNODE);
     }
@@ -46,8 +37,10 @@ CONFIGRET WINAPI FakeCM_Get_DevNode_Status(ULONG* status, ULONG* problem, DEVINS
 }  // namespace
 
 void InstallConfigManagerFakes(ImportRedirection& redirection) {
-    redirection.RedirectIfImported<decltype(::CM_Get_DevNode_Status)>("CM_Get_DevNode_Status",
-                                                                      FakeCM_Get_DevNode_Status);
+    redirection.RedirectImported({
+        Replace<decltype(::CM_Get_DevNode_Status)>("CM_Get_DevNode_Status",
+                                                   FakeCM_Get_DevNode_Status),
+    });
 }
 
 }  // namespace simulation

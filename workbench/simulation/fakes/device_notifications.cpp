@@ -1,10 +1,9 @@
-#include "simulation/fakes/device_notifications.h"
-
 #include <windows.h>
 // windows.h has to come first.
 #include <dbt.h>
 
 #include "simulation/fake_call.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -16,18 +15,14 @@ HDEVNOTIFY WINAPI FakeRegisterDeviceNotificationW(HANDLE recipient, void* filter
     FakeCall call("RegisterDeviceNotificationW");
     call.Argument("recipient", recipient);
     const auto* header = static_cast<const DEV_BROADCAST_HDR*>(filter);
-    call.Argument("filterSize", header->dbch_size);
-    call.Argument("deviceType", header->dbch_devicetype);
+    call.Arguments({{"filterSize", header->dbch_size}, {"deviceType", header->dbch_devicetype}});
     if (header->dbch_devicetype == DBT_DEVTYP_DEVICEINTERFACE) {
         call.Argument("interfaceClass",
                       static_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(filter)->dbcc_classguid);
     }
     call.Argument("flags", flags);
-    if (call.PlannedFault()) {
-        return call.Fails<HDEVNOTIFY>(nullptr);
-    }
-    const HDEVNOTIFY notification =
-        call.PassTo(realRegisterDeviceNotificationW, recipient, filter, flags);
+    const HDEVNOTIFY notification = call.FailsOrPassesTo(
+        HDEVNOTIFY{}, realRegisterDeviceNotificationW, recipient, filter, flags);
     if (notification != nullptr) {
         call.world().ledger.Adopt(ResourceKind::Notification, notification);
     }
@@ -47,12 +42,12 @@ BOOL WINAPI FakeUnregisterDeviceNotification(HDEVNOTIFY notification) {
 }  // namespace
 
 void InstallDeviceNotificationFakes(ImportRedirection& redirection) {
-    realRegisterDeviceNotificationW =
-        redirection.RedirectIfImported<decltype(::RegisterDeviceNotificationW)>(
-            "RegisterDeviceNotificationW", FakeRegisterDeviceNotificationW);
-    realUnregisterDeviceNotification =
-        redirection.RedirectIfImported<decltype(::UnregisterDeviceNotification)>(
-            "UnregisterDeviceNotification", FakeUnregisterDeviceNotification);
+    redirection.RedirectImported({
+        {"RegisterDeviceNotificationW", FakeRegisterDeviceNotificationW,
+         &realRegisterDeviceNotificationW},
+        {"UnregisterDeviceNotification", FakeUnregisterDeviceNotification,
+         &realUnregisterDeviceNotification},
+    });
 }
 
 }  // namespace simulation

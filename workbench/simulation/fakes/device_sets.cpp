@@ -1,14 +1,20 @@
 #include "simulation/fakes/device_sets.h"
 
+#include <algorithm>
 #include <cstring>
 #include <map>
+#include <unordered_map>
 
 #include "simulation/fakes/common.h"
-#include "simulation/fakes/device_nodes.h"
 #include "simulation/well_known.h"
 
 namespace simulation {
 namespace {
+
+struct DeviceNodes {
+    std::vector<std::wstring> ids;  ///< Node number, less one, to instance id.
+    std::unordered_map<std::wstring, DWORD> numbers;
+};
 
 struct OpenSets {
     std::map<HDEVINFO, DeviceSet> sets;
@@ -35,6 +41,33 @@ bool ComesFrom(const Device& device, const wchar_t* enumerator) {
 
 }  // namespace
 
+DWORD NodeNumber(World& world, const std::wstring& instanceId) {
+    auto& nodes = world.FamilyState<DeviceNodes>();
+    const auto [entry, added] =
+        nodes.numbers.emplace(instanceId, static_cast<DWORD>(nodes.ids.size() + 1));
+    if (added) {
+        nodes.ids.push_back(instanceId);
+    }
+    return entry->second;
+}
+
+std::wstring InstanceIdOf(World& world, DWORD node) {
+    const auto& ids = world.FamilyState<DeviceNodes>().ids;
+    return node >= 1 && node <= ids.size() ? ids[node - 1] : std::wstring();
+}
+
+const Device* FindDevice(const Machine& machine, const std::wstring& instanceId,
+                         std::size_t likelyPlace) {
+    if (likelyPlace < machine.devices.size() &&
+        machine.devices[likelyPlace].instanceId == instanceId) {
+        return &machine.devices[likelyPlace];
+    }
+    const auto found =
+        std::find_if(machine.devices.begin(), machine.devices.end(),
+                     [&](const Device& device) { return device.instanceId == instanceId; });
+    return found == machine.devices.end() ? nullptr : &*found;
+}
+
 DeviceSet SelectDevices(World& world, const GUID* classGuid, const wchar_t* enumerator,
                         DWORD flags) {
     const bool anyClass = (flags & DIGCF_ALLCLASSES) != 0;
@@ -45,7 +78,8 @@ DeviceSet SelectDevices(World& world, const GUID* classGuid, const wchar_t* enum
             continue;
         }
         const SetDevice candidate{device.instanceId, NodeNumber(world, device.instanceId),
-                                  SetupClassOf(device)};
+                                  SetupClassOf(device),
+                                  static_cast<std::size_t>(&device - world.machine.devices.data())};
         if (!byInterface) {
             if (anyClass || candidate.setupClass == *classGuid) {
                 set.devices.push_back(candidate);

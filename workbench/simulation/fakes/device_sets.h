@@ -1,4 +1,5 @@
-// Device information sets: what SetupAPI found when a set was opened.
+// Device nodes as SetupAPI and the configuration manager know them, and device information sets:
+// what SetupAPI found when a set was opened.
 #pragma once
 
 #include <windows.h>
@@ -13,10 +14,23 @@
 
 namespace simulation {
 
+/// The number of a device node (a DEVINST). An id keeps its number as long as the world lives, also
+/// when the device is unplugged and plugged in again. Under the world's lock.
+DWORD NodeNumber(World& world, const std::wstring& instanceId);
+
+/// The instance id behind a number; empty when it was never given out. Under the world's lock.
+std::wstring InstanceIdOf(World& world, DWORD node);
+
+/// The device with exactly this id, or null when the machine does not have it (any longer). It is
+/// looked for at `likelyPlace` first: a search for each call would be quadratic.
+const Device* FindDevice(const Machine& machine, const std::wstring& instanceId,
+                         std::size_t likelyPlace = 0);
+
 struct SetDevice {
     std::wstring instanceId;
     DWORD node = 0;
-    GUID setupClass{};  ///< All zero when the device has none.
+    GUID setupClass{};      ///< All zero when the device has none.
+    std::size_t place = 0;  ///< Among the machine's devices when the set was opened.
 };
 
 struct SetInterface {

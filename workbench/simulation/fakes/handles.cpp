@@ -1,6 +1,5 @@
-#include "simulation/fakes/handles.h"
-
 #include "simulation/fake_call.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -33,8 +32,9 @@ BOOL WINAPI FakeCloseHandle(HANDLE object) {
 }  // namespace
 
 void InstallHandleFakes(ImportRedirection& redirection) {
-    realCloseHandle =
-        redirection.RedirectIfImported<decltype(::CloseHandle)>("CloseHandle", FakeCloseHandle);
+    redirection.RedirectImported({
+        {"CloseHandle", FakeCloseHandle, &realCloseHandle},
+    });
 }
 
 }  // namespace simulation

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "simulation/fake_call.h"
+#include "simulation/fakes/families.h"
 #include "simulation/own_work.h"
 
 namespace simulation {
@@ -52,12 +53,8 @@ void* __cdecl FakeCalloc(std::size_t count, std::size_t size) {
 
 HGLOBAL WINAPI FakeGlobalAlloc(UINT flags, SIZE_T size) {
     FakeCall call("GlobalAlloc");
-    call.Argument("flags", flags);
-    call.Argument("size", size);
-    if (call.PlannedFault()) {
-        return call.Fails<HGLOBAL>(nullptr);
-    }
-    const HGLOBAL block = call.PassTo(realGlobalAlloc, flags, size);
+    call.Arguments({{"flags", flags}, {"size", size}});
+    const HGLOBAL block = call.FailsOrPassesTo(HGLOBAL{}, realGlobalAlloc, flags, size);
     if (block != nullptr) {
         call.world().ledger.Adopt(ResourceKind::HeapBlock, block, std::to_string(size) + " bytes");
     }
@@ -92,10 +89,10 @@ unsigned MallocFailure::Count() const { return refusals; }
 void InstallHeapFakes(ImportRedirection& redirection) {
     realMalloc = redirection.RedirectIfImported<decltype(FakeMalloc)>("malloc", FakeMalloc);
     realCalloc = redirection.RedirectIfImported<decltype(FakeCalloc)>("calloc", FakeCalloc);
-    realGlobalAlloc =
-        redirection.RedirectIfImported<decltype(::GlobalAlloc)>("GlobalAlloc", FakeGlobalAlloc);
-    realGlobalFree =
-        redirection.RedirectIfImported<decltype(::GlobalFree)>("GlobalFree", FakeGlobalFree);
+    redirection.RedirectImported({
+        {"GlobalAlloc", FakeGlobalAlloc, &realGlobalAlloc},
+        {"GlobalFree", FakeGlobalFree, &realGlobalFree},
+    });
 }
 
 }  // namespace simulation

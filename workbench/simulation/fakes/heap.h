@@ -1,15 +1,9 @@
-// Memory blocks: the real heap serves them. The journal, the fault plan and the ledger see
-// GlobalAlloc and GlobalFree; malloc is in neither, because everything calls it, but it can be made
-// to refuse blocks of one size.
+// Refusals of the heap that the simulated module allocates from.
 #pragma once
 
 #include <cstddef>
 
-#include "simulation/import_redirection.h"
-
 namespace simulation {
-
-void InstallHeapFakes(ImportRedirection& redirection);
 
 /// While it lives, the simulated module's malloc and calloc, and with them the operators new,
 /// refuse every block of exactly `size` bytes. What the fakes themselves need is served all the

@@ -1,16 +1,16 @@
-#include "simulation/fakes/hid.h"
-
 #include <windows.h>
 // windows.h has to come first. Not every header of it declares C linkage by itself.
 extern "C" {
 #include <hidsdi.h>
 }
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -59,13 +59,13 @@ HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share,
                               SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
                               HANDLE templateFile) {
     FakeCall call("CreateFileW");
-    call.Argument("path", path);
-    call.Argument("access", access);
-    call.Argument("share", share);
-    call.Argument("security", security);
-    call.Argument("disposition", disposition);
-    call.Argument("flags", flags);
-    call.Argument("templateFile", templateFile);
+    call.Arguments({{"path", path},
+                    {"access", access},
+                    {"share", share},
+                    {"security", security},
+                    {"disposition", disposition},
+                    {"flags", flags},
+                    {"templateFile", templateFile}});
     if (call.PlannedFault()) {
         return call.Fails<HANDLE>(INVALID_HANDLE_VALUE);
     }
@@ -98,6 +98,11 @@ BOOLEAN AnswerText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
     if (!answer) {
         return call.Fails<BOOLEAN>(FALSE, ERROR_INVALID_PARAMETER);
     }
+    if (world.machine.lies.unterminatedTexts) {
+        std::memcpy(buffer, answer->data(),
+                    std::min<std::size_t>(size, answer->size() * sizeof(wchar_t)));
+        return call.Returns<BOOLEAN>(TRUE);
+    }
     const std::size_t needed = (answer->size() + 1) * sizeof(wchar_t);
     if (buffer == nullptr || size < needed) {
         return call.Fails<BOOLEAN>(FALSE, ERROR_INSUFFICIENT_BUFFER);
@@ -109,10 +114,8 @@ BOOLEAN AnswerText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
 /// Plans: SuccessWithNothing leaves the buffer as it is.
 BOOLEAN QueryText(FakeCall& call, decltype(::HidD_GetProductString)* real, HANDLE file,
                   void* buffer, ULONG size, std::optional<std::wstring> HidAnswers::*text) {
-    call.Argument("file", file);
-    call.Argument("buffer", buffer);
-    call.Argument("size", size);
-    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+    call.Arguments({{"file", file}, {"buffer", buffer}, {"size", size}});
+    if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns<BOOLEAN>(TRUE);
     }
     if (call.PlannedFault()) {
@@ -136,13 +139,12 @@ BOOLEAN NTAPI FakeHidD_GetManufacturerString(HANDLE file, void* buffer, ULONG si
 }  // namespace
 
 void InstallHidFakes(ImportRedirection& redirection) {
-    realCreateFileW =
-        redirection.RedirectIfImported<decltype(::CreateFileW)>("CreateFileW", FakeCreateFileW);
-    realHidD_GetProductString = redirection.RedirectIfImported<decltype(::HidD_GetProductString)>(
-        "HidD_GetProductString", FakeHidD_GetProductString);
-    realHidD_GetManufacturerString =
-        redirection.RedirectIfImported<decltype(::HidD_GetManufacturerString)>(
-            "HidD_GetManufacturerString", FakeHidD_GetManufacturerString);
+    redirection.RedirectImported({
+        {"CreateFileW", FakeCreateFileW, &realCreateFileW},
+        {"HidD_GetProductString", FakeHidD_GetProductString, &realHidD_GetProductString},
+        {"HidD_GetManufacturerString", FakeHidD_GetManufacturerString,
+         &realHidD_GetManufacturerString},
+    });
 }
 
 }  // namespace simulation

@@ -1,5 +1,3 @@
-#include "simulation/fakes/modules.h"
-
 #include <windows.h>
 // windows.h has to come first.
 #include <pathcch.h>
@@ -7,6 +5,7 @@
 #include <algorithm>
 
 #include "simulation/fake_call.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -25,10 +24,7 @@ ExitThreadFunction* realFreeLibraryAndExitThread = nullptr;
 HMODULE WINAPI FakeGetModuleHandleW(const wchar_t* name) {
     FakeCall call("GetModuleHandleW");
     call.Argument("name", name);
-    if (call.PlannedFault()) {
-        return call.Fails<HMODULE>(nullptr);
-    }
-    return call.PassTo(realGetModuleHandleW, name);
+    return call.FailsOrPassesTo(HMODULE{}, realGetModuleHandleW, name);
 }
 
 BOOL WINAPI FakeGetModuleHandleExW(DWORD flags, const wchar_t* name, HMODULE* module) {
@@ -56,8 +52,7 @@ BOOL WINAPI FakeGetModuleHandleExW(DWORD flags, const wchar_t* name, HMODULE* mo
 /// is too long for it.
 DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, wchar_t* path, DWORD capacity) {
     FakeCall call("GetModuleFileNameW");
-    call.Argument("module", module);
-    call.Argument("capacity", capacity);
+    call.Arguments({{"module", module}, {"capacity", capacity}});
     if (call.PlannedFault()) {
         if (call.PlannedFault()->variant != FaultVariant::ShortSize || capacity == 0) {
             return call.Fails<DWORD>(0);
@@ -73,8 +68,7 @@ DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, wchar_t* path, DWORD capacit
 /// Plans: Fail returns the planned HRESULT, SuccessWithNothing says that nothing was removed.
 HRESULT WINAPI FakePathCchRemoveFileSpec(wchar_t* path, std::size_t capacity) {
     FakeCall call("PathCchRemoveFileSpec");
-    call.Argument("path", path);
-    call.Argument("capacity", capacity);
+    call.Arguments({{"path", path}, {"capacity", capacity}});
     if (call.PlannedFault()) {
         return call.PlannedFault()->variant == FaultVariant::SuccessWithNothing
                    ? call.Returns<HRESULT>(S_FALSE)
@@ -86,10 +80,7 @@ HRESULT WINAPI FakePathCchRemoveFileSpec(wchar_t* path, std::size_t capacity) {
 HMODULE WINAPI FakeLoadLibraryW(const wchar_t* name) {
     FakeCall call("LoadLibraryW");
     call.Argument("name", name);
-    if (call.PlannedFault()) {
-        return call.Fails<HMODULE>(nullptr);
-    }
-    const HMODULE module = call.PassTo(realLoadLibraryW, name);
+    const HMODULE module = call.FailsOrPassesTo(HMODULE{}, realLoadLibraryW, name);
     if (module != nullptr) {
         call.world().ledger.Adopt(ResourceKind::ModuleReference, module, ToUtf8(name));
     }
@@ -104,10 +95,7 @@ FARPROC WINAPI FakeGetProcAddress(HMODULE module, const char* name) {
     } else {
         call.Argument("name", name);
     }
-    if (call.PlannedFault()) {
-        return call.Fails<FARPROC>(nullptr);
-    }
-    return call.PassTo(realGetProcAddress, module, name);
+    return call.FailsOrPassesTo(FARPROC{}, realGetProcAddress, module, name);
 }
 
 BOOL WINAPI FakeFreeLibrary(HMODULE module) {
@@ -123,8 +111,7 @@ BOOL WINAPI FakeFreeLibrary(HMODULE module) {
 void WINAPI FakeFreeLibraryAndExitThread(HMODULE module, DWORD exitCode) {
     {
         FakeCall call("FreeLibraryAndExitThread");
-        call.Argument("module", module);
-        call.Argument("exitCode", exitCode);
+        call.Arguments({{"module", module}, {"exitCode", exitCode}});
         call.world().ledger.Release(ResourceKind::ModuleReference, module);
     }
     // Never comes back, so nothing of ours may be left open.
@@ -134,22 +121,16 @@ void WINAPI FakeFreeLibraryAndExitThread(HMODULE module, DWORD exitCode) {
 }  // namespace
 
 void InstallModuleFakes(ImportRedirection& redirection) {
-    realGetModuleHandleW = redirection.RedirectIfImported<decltype(::GetModuleHandleW)>(
-        "GetModuleHandleW", FakeGetModuleHandleW);
-    realGetModuleHandleExW = redirection.RedirectIfImported<decltype(::GetModuleHandleExW)>(
-        "GetModuleHandleExW", FakeGetModuleHandleExW);
-    realGetModuleFileNameW = redirection.RedirectIfImported<decltype(::GetModuleFileNameW)>(
-        "GetModuleFileNameW", FakeGetModuleFileNameW);
-    realPathCchRemoveFileSpec = redirection.RedirectIfImported<decltype(::PathCchRemoveFileSpec)>(
-        "PathCchRemoveFileSpec", FakePathCchRemoveFileSpec);
-    realLoadLibraryW =
-        redirection.RedirectIfImported<decltype(::LoadLibraryW)>("LoadLibraryW", FakeLoadLibraryW);
-    realGetProcAddress = redirection.RedirectIfImported<decltype(::GetProcAddress)>(
-        "GetProcAddress", FakeGetProcAddress);
-    realFreeLibrary =
-        redirection.RedirectIfImported<decltype(::FreeLibrary)>("FreeLibrary", FakeFreeLibrary);
-    realFreeLibraryAndExitThread = redirection.RedirectIfImported<ExitThreadFunction>(
-        "FreeLibraryAndExitThread", FakeFreeLibraryAndExitThread);
+    redirection.RedirectImported({
+        {"GetModuleHandleW", FakeGetModuleHandleW, &realGetModuleHandleW},
+        {"GetModuleHandleExW", FakeGetModuleHandleExW, &realGetModuleHandleExW},
+        {"GetModuleFileNameW", FakeGetModuleFileNameW, &realGetModuleFileNameW},
+        {"PathCchRemoveFileSpec", FakePathCchRemoveFileSpec, &realPathCchRemoveFileSpec},
+        {"LoadLibraryW", FakeLoadLibraryW, &realLoadLibraryW},
+        {"GetProcAddress", FakeGetProcAddress, &realGetProcAddress},
+        {"FreeLibrary", FakeFreeLibrary, &realFreeLibrary},
+        {"FreeLibraryAndExitThread", FakeFreeLibraryAndExitThread, &realFreeLibraryAndExitThread},
+    });
 }
 
 }  // namespace simulation

@@ -1,5 +1,3 @@
-#include "simulation/fakes/print_spooler.h"
-
 #include <windows.h>
 // windows.h has to come first.
 #include <winspool.h>
@@ -8,6 +6,7 @@
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
+#include "simulation/fakes/families.h"
 #include "simulation/fakes/text_block.h"
 
 namespace simulation {
@@ -27,18 +26,29 @@ const Printer* FindPrinter(const Machine& machine, const std::wstring& name) {
     return nullptr;
 }
 
+// What every queue says.
+const std::optional<std::wstring> kProcessor = L"winprint";
+const std::optional<std::wstring> kEnvironment = L"Windows x64";
+const std::optional<std::wstring> kNoText = L"";
+const std::optional<std::wstring> kDriverPath =
+    L"C:\\Windows\\System32\\spool\\drivers\\x64\\3\\driver.dll";
+const std::optional<std::wstring> kDataFile =
+    L"C:\\Windows\\System32\\spool\\drivers\\x64\\3\\driver.dat";
+const std::optional<std::wstring> kConfigFile =
+    L"C:\\Windows\\System32\\spool\\drivers\\x64\\3\\settings.dll";
+
 PRINTER_INFO_2W PrinterInfo(const Printer& printer, TextBlock& texts) {
     PRINTER_INFO_2W info{};
     info.pPrinterName = texts.Place(printer.name);
-    info.pShareName = texts.Place(L"");
+    info.pShareName = texts.Place(kNoText);
     info.pPortName = texts.Place(printer.portName);
     info.pDriverName = texts.Place(printer.driverName);
-    info.pComment = texts.Place(L"");
-    info.pLocation = texts.Place(L"");
-    info.pSepFile = texts.Place(L"");
-    info.pPrintProcessor = texts.Place(L"winprint");
+    info.pComment = texts.Place(kNoText);
+    info.pLocation = texts.Place(kNoText);
+    info.pSepFile = texts.Place(kNoText);
+    info.pPrintProcessor = texts.Place(kProcessor);
     info.pDatatype = texts.Place(printer.dataType);
-    info.pParameters = texts.Place(L"");
+    info.pParameters = texts.Place(kNoText);
     info.Attributes = PRINTER_ATTRIBUTE_LOCAL;
     info.Priority = 1;
     return info;
@@ -48,31 +58,33 @@ DRIVER_INFO_6W DriverInfo(const Printer& printer, TextBlock& texts) {
     DRIVER_INFO_6W info{};
     info.cVersion = 3;
     info.pName = texts.Place(printer.driverName);
-    info.pEnvironment = texts.Place(L"Windows x64");
-    info.pDriverPath = texts.Place(L"C:\\Windows\\System32\\spool\\drivers\\x64\\3\\driver.dll");
-    info.pDataFile = texts.Place(L"C:\\Windows\\System32\\spool\\drivers\\x64\\3\\driver.dat");
-    info.pConfigFile = texts.Place(L"C:\\Windows\\System32\\spool\\drivers\\x64\\3\\settings.dll");
+    info.pEnvironment = texts.Place(kEnvironment);
+    info.pDriverPath = texts.Place(kDriverPath);
+    info.pDataFile = texts.Place(kDataFile);
+    info.pConfigFile = texts.Place(kConfigFile);
     info.pszMfgName = texts.Place(printer.driver->manufacturer);
     info.pszHardwareID = texts.Place(printer.driver->hardwareId);
     return info;
 }
 
-/// Writes the array, or only measures it when there is no block.
-DWORD WritePrinters(const std::vector<Printer>& printers, BYTE* block) {
-    TextBlock texts(block, printers.size() * sizeof(PRINTER_INFO_2W));
+/// Writes of the array what fits, or only measures it when there is no block.
+DWORD WritePrinters(const Machine& machine, BYTE* block, std::size_t size) {
+    const std::vector<Printer>& printers = machine.printers;
+    TextBlock texts(block, machine.lies.spoolerTextsOutside ? 0 : size,
+                    printers.size() * sizeof(PRINTER_INFO_2W));
     for (std::size_t i = 0; i < printers.size(); ++i) {
         const PRINTER_INFO_2W info = PrinterInfo(printers[i], texts);
-        if (block != nullptr) {
+        if ((i + 1) * sizeof(info) <= size) {
             reinterpret_cast<PRINTER_INFO_2W*>(block)[i] = info;
         }
     }
     return texts.Size();
 }
 
-DWORD WriteDriver(const Printer& printer, BYTE* block) {
-    TextBlock texts(block, sizeof(DRIVER_INFO_6W));
+DWORD WriteDriver(const Machine& machine, const Printer& printer, BYTE* block, std::size_t size) {
+    TextBlock texts(block, machine.lies.spoolerTextsOutside ? 0 : size, sizeof(DRIVER_INFO_6W));
     const DRIVER_INFO_6W info = DriverInfo(printer, texts);
-    if (block != nullptr) {
+    if (sizeof(info) <= size) {
         *reinterpret_cast<DRIVER_INFO_6W*>(block) = info;
     }
     return texts.Size();
@@ -83,15 +95,15 @@ DWORD WriteDriver(const Printer& printer, BYTE* block) {
 BOOL WINAPI FakeEnumPrintersW(DWORD flags, wchar_t* name, DWORD level, BYTE* block, DWORD size,
                               DWORD* needed, DWORD* returned) {
     FakeCall call("EnumPrintersW");
-    call.Argument("flags", flags);
-    call.Argument("name", name);
-    call.Argument("level", level);
-    call.Argument("block", block);
-    call.Argument("size", size);
-    call.Argument("needed", needed);
-    call.Argument("returned", returned);
-    const bool nothing = IsPlanned(call, FaultVariant::SuccessWithNothing);
-    const bool shortSize = IsPlanned(call, FaultVariant::ShortSize);
+    call.Arguments({{"flags", flags},
+                    {"name", name},
+                    {"level", level},
+                    {"block", block},
+                    {"size", size},
+                    {"needed", needed},
+                    {"returned", returned}});
+    const bool nothing = call.IsPlanned(FaultVariant::SuccessWithNothing);
+    const bool shortSize = call.IsPlanned(FaultVariant::ShortSize);
     if (call.PlannedFault() && !nothing && !shortSize) {
         return call.Fails(FALSE);
     }
@@ -103,6 +115,9 @@ BOOL WINAPI FakeEnumPrintersW(DWORD flags, wchar_t* name, DWORD level, BYTE* blo
     if (level != 2) {
         return call.Fails(FALSE, ERROR_INVALID_LEVEL);
     }
+    if (flags == 0) {
+        return call.Fails<BOOL>(FALSE, ERROR_INVALID_FLAGS);
+    }
     World& world = call.world();
     const auto lock = world.Lock();
     const std::vector<Printer>& printers = world.machine.printers;
@@ -112,23 +127,23 @@ BOOL WINAPI FakeEnumPrintersW(DWORD flags, wchar_t* name, DWORD level, BYTE* blo
     if (block == nullptr && size != 0) {
         return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
     }
-    const DWORD whole = WritePrinters(printers, nullptr);
-    *needed = shortSize ? call.PlannedFault()->error : whole;
-    if (size < whole) {
+    const SpoolerLies& lies = world.machine.lies.printers;
+    const DWORD whole = WritePrinters(world.machine, nullptr, 0);
+    *needed = shortSize ? call.PlannedFault()->error : lies.needed.value_or(whole);
+    if (block == nullptr || size < lies.needed.value_or(whole)) {
         return call.Fails(FALSE, ERROR_INSUFFICIENT_BUFFER);
     }
-    WritePrinters(printers, block);
-    *returned = static_cast<DWORD>(printers.size());
+    WritePrinters(world.machine, block, size);
+    *needed = lies.told.value_or(*needed);
+    *returned = lies.returned.value_or(static_cast<DWORD>(printers.size()));
     return call.Returns(TRUE);
 }
 
 /// Plans: NullResult succeeds with a null handle.
 BOOL WINAPI FakeOpenPrinterW(wchar_t* name, HANDLE* printer, PRINTER_DEFAULTSW* defaults) {
     FakeCall call("OpenPrinterW");
-    call.Argument("name", name);
-    call.Argument("printer", printer);
-    call.Argument("defaults", defaults);
-    if (IsPlanned(call, FaultVariant::NullResult)) {
+    call.Arguments({{"name", name}, {"printer", printer}, {"defaults", defaults}});
+    if (call.IsPlanned(FaultVariant::NullResult)) {
         *printer = nullptr;
         return call.Returns(TRUE);
     }
@@ -155,14 +170,14 @@ BOOL WINAPI FakeOpenPrinterW(wchar_t* name, HANDLE* printer, PRINTER_DEFAULTSW* 
 BOOL WINAPI FakeGetPrinterDriverW(HANDLE printer, wchar_t* environment, DWORD level, BYTE* block,
                                   DWORD size, DWORD* needed) {
     FakeCall call("GetPrinterDriverW");
-    call.Argument("printer", printer);
-    call.Argument("environment", environment);
-    call.Argument("level", level);
-    call.Argument("block", block);
-    call.Argument("size", size);
-    call.Argument("needed", needed);
-    const bool shortSize = IsPlanned(call, FaultVariant::ShortSize);
-    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+    call.Arguments({{"printer", printer},
+                    {"environment", environment},
+                    {"level", level},
+                    {"block", block},
+                    {"size", size},
+                    {"needed", needed}});
+    const bool shortSize = call.IsPlanned(FaultVariant::ShortSize);
+    if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns(TRUE);
     }
     if (call.PlannedFault() && !shortSize) {
@@ -190,12 +205,14 @@ BOOL WINAPI FakeGetPrinterDriverW(HANDLE printer, wchar_t* environment, DWORD le
     if (block == nullptr && size != 0) {
         return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
     }
-    const DWORD whole = WriteDriver(*queue, nullptr);
-    *needed = shortSize ? call.PlannedFault()->error : whole;
-    if (size < whole) {
+    const SpoolerLies& lies = world.machine.lies.printerDrivers;
+    const DWORD whole = WriteDriver(world.machine, *queue, nullptr, 0);
+    *needed = shortSize ? call.PlannedFault()->error : lies.needed.value_or(whole);
+    if (block == nullptr || size < lies.needed.value_or(whole)) {
         return call.Fails(FALSE, ERROR_INSUFFICIENT_BUFFER);
     }
-    WriteDriver(*queue, block);
+    WriteDriver(world.machine, *queue, block, size);
+    *needed = lies.told.value_or(*needed);
     return call.Returns(TRUE);
 }
 
@@ -213,11 +230,12 @@ BOOL WINAPI FakeClosePrinter(HANDLE printer) {
 }  // namespace
 
 void InstallPrintSpoolerFakes(ImportRedirection& redirection) {
-    redirection.RedirectIfImported<decltype(::EnumPrintersW)>("EnumPrintersW", FakeEnumPrintersW);
-    redirection.RedirectIfImported<decltype(::OpenPrinterW)>("OpenPrinterW", FakeOpenPrinterW);
-    redirection.RedirectIfImported<decltype(::GetPrinterDriverW)>("GetPrinterDriverW",
-                                                                  FakeGetPrinterDriverW);
-    redirection.RedirectIfImported<decltype(::ClosePrinter)>("ClosePrinter", FakeClosePrinter);
+    redirection.RedirectImported({
+        Replace<decltype(::EnumPrintersW)>("EnumPrintersW", FakeEnumPrintersW),
+        Replace<decltype(::OpenPrinterW)>("OpenPrinterW", FakeOpenPrinterW),
+        Replace<decltype(::GetPrinterDriverW)>("GetPrinterDriverW", FakeGetPrinterDriverW),
+        Replace<decltype(::ClosePrinter)>("ClosePrinter", FakeClosePrinter),
+    });
 }
 
 }  // namespace simulation

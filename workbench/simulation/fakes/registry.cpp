@@ -1,5 +1,3 @@
-#include "simulation/fakes/registry.h"
-
 #include <windows.h>
 
 #include <algorithm>
@@ -7,6 +5,7 @@
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -54,9 +53,7 @@ LSTATUS WINAPI FakeRegOpenKeyExA(HKEY root, const char* subKey, DWORD options, R
     } else {
         call.Argument("root", root);
     }
-    call.Argument("subKey", subKey);
-    call.Argument("options", options);
-    call.Argument("access", access);
+    call.Arguments({{"subKey", subKey}, {"options", options}, {"access", access}});
     if (call.PlannedFault()) {
         return call.FailsWithStatus<LSTATUS>();
     }
@@ -113,13 +110,13 @@ const std::vector<BYTE>* FindEdid(World& world, HKEY key) {
 LSTATUS WINAPI FakeRegQueryValueExA(HKEY key, const char* name, DWORD* reserved, DWORD* type,
                                     BYTE* data, DWORD* size) {
     FakeCall call("RegQueryValueExA");
-    call.Argument("key", key);
-    call.Argument("name", name);
-    call.Argument("reserved", reserved);
-    call.Argument("type", type == nullptr ? 0 : *type);
-    call.Argument("data", data);
-    call.Argument("size", size == nullptr ? 0 : *size);
-    if (IsPlanned(call, FaultVariant::ShortSize) && size != nullptr) {
+    call.Arguments({{"key", key},
+                    {"name", name},
+                    {"reserved", reserved},
+                    {"type", type == nullptr ? 0 : *type},
+                    {"data", data},
+                    {"size", size == nullptr ? 0 : *size}});
+    if (call.IsPlanned(FaultVariant::ShortSize) && size != nullptr) {
         *size = call.PlannedFault()->error;
         return call.ReturnsStatus<LSTATUS>(ERROR_SUCCESS);
     }
@@ -167,12 +164,11 @@ LSTATUS WINAPI FakeRegCloseKey(HKEY key) {
 }  // namespace
 
 void InstallRegistryFakes(ImportRedirection& redirection) {
-    realRegOpenKeyExA = redirection.RedirectIfImported<decltype(::RegOpenKeyExA)>(
-        "RegOpenKeyExA", FakeRegOpenKeyExA);
-    realRegQueryValueExA = redirection.RedirectIfImported<decltype(::RegQueryValueExA)>(
-        "RegQueryValueExA", FakeRegQueryValueExA);
-    realRegCloseKey =
-        redirection.RedirectIfImported<decltype(::RegCloseKey)>("RegCloseKey", FakeRegCloseKey);
+    redirection.RedirectImported({
+        {"RegOpenKeyExA", FakeRegOpenKeyExA, &realRegOpenKeyExA},
+        {"RegQueryValueExA", FakeRegQueryValueExA, &realRegQueryValueExA},
+        {"RegCloseKey", FakeRegCloseKey, &realRegCloseKey},
+    });
 }
 
 }  // namespace simulation

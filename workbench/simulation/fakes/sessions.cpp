@@ -1,5 +1,3 @@
-#include "simulation/fakes/sessions.h"
-
 #include <windows.h>
 // windows.h has to come first.
 #include <wtsapi32.h>
@@ -11,6 +9,7 @@
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -49,9 +48,7 @@ DWORD WINAPI FakeWTSGetActiveConsoleSessionId() {
 BOOL WINAPI FakeWTSEnumerateSessionsW(HANDLE server, DWORD reserved, DWORD version,
                                       WTS_SESSION_INFOW** list, DWORD* count) {
     FakeCall call("WTSEnumerateSessionsW");
-    call.Argument("server", server);
-    call.Argument("reserved", reserved);
-    call.Argument("version", version);
+    call.Arguments({{"server", server}, {"reserved", reserved}, {"version", version}});
     const auto variant =
         call.PlannedFault() ? std::optional(call.PlannedFault()->variant) : std::nullopt;
     if (variant == FaultVariant::NullResult) {
@@ -102,6 +99,9 @@ BOOL WINAPI FakeWTSQueryUserToken(ULONG sessionId, HANDLE* token) {
         }
         *token = nullptr;
         return call.Returns(TRUE);
+    }
+    if (token == nullptr) {
+        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
     }
     World& world = call.world();
     const auto lock = world.Lock();
@@ -160,14 +160,13 @@ BOOL WINAPI FakeRevertToSelf() {
 /// name.
 BOOLEAN SEC_ENTRY FakeGetUserNameExW(EXTENDED_NAME_FORMAT format, wchar_t* name, ULONG* size) {
     FakeCall call("GetUserNameExW");
-    call.Argument("format", format);
-    call.Argument("size", *size);
+    call.Arguments({{"format", format}, {"size", *size}});
     const auto& fault = call.PlannedFault();
     if (fault && fault->variant == FaultVariant::Fail) {
         return call.Fails<BOOLEAN>(FALSE);
     }
     if (format != NameSamCompatible) {
-        return call.Fails<BOOLEAN>(FALSE, ERROR_INVALID_PARAMETER);
+        return call.Fails<BOOLEAN>(FALSE, ERROR_NONE_MAPPED);
     }
 
     World& world = call.world();
@@ -196,18 +195,18 @@ BOOLEAN SEC_ENTRY FakeGetUserNameExW(EXTENDED_NAME_FORMAT format, wchar_t* name,
 }  // namespace
 
 void InstallSessionFakes(ImportRedirection& redirection) {
-    redirection.RedirectIfImported<decltype(::WTSGetActiveConsoleSessionId)>(
-        "WTSGetActiveConsoleSessionId", FakeWTSGetActiveConsoleSessionId);
-    redirection.RedirectIfImported<decltype(::WTSEnumerateSessionsW)>("WTSEnumerateSessionsW",
-                                                                      FakeWTSEnumerateSessionsW);
-    redirection.RedirectIfImported<decltype(::WTSFreeMemory)>("WTSFreeMemory", FakeWTSFreeMemory);
-    redirection.RedirectIfImported<decltype(::WTSQueryUserToken)>("WTSQueryUserToken",
-                                                                  FakeWTSQueryUserToken);
-    redirection.RedirectIfImported<decltype(::ImpersonateLoggedOnUser)>(
-        "ImpersonateLoggedOnUser", FakeImpersonateLoggedOnUser);
-    redirection.RedirectIfImported<decltype(::RevertToSelf)>("RevertToSelf", FakeRevertToSelf);
-    redirection.RedirectIfImported<decltype(::GetUserNameExW)>("GetUserNameExW",
-                                                               FakeGetUserNameExW);
+    redirection.RedirectImported({
+        Replace<decltype(::WTSGetActiveConsoleSessionId)>("WTSGetActiveConsoleSessionId",
+                                                          FakeWTSGetActiveConsoleSessionId),
+        Replace<decltype(::WTSEnumerateSessionsW)>("WTSEnumerateSessionsW",
+                                                   FakeWTSEnumerateSessionsW),
+        Replace<decltype(::WTSFreeMemory)>("WTSFreeMemory", FakeWTSFreeMemory),
+        Replace<decltype(::WTSQueryUserToken)>("WTSQueryUserToken", FakeWTSQueryUserToken),
+        Replace<decltype(::ImpersonateLoggedOnUser)>("ImpersonateLoggedOnUser",
+                                                     FakeImpersonateLoggedOnUser),
+        Replace<decltype(::RevertToSelf)>("RevertToSelf", FakeRevertToSelf),
+        Replace<decltype(::GetUserNameExW)>("GetUserNameExW", FakeGetUserNameExW),
+    });
 }
 
 }  // namespace simulation

@@ -1,13 +1,10 @@
-#include "simulation/fakes/setup_api.h"
-
 #include <algorithm>
 #include <cwchar>
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
-#include "simulation/fakes/device_nodes.h"
 #include "simulation/fakes/device_sets.h"
-#include "simulation/fakes/setup_api_interfaces.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -24,10 +21,8 @@ HDEVINFO WINAPI FakeSetupDiGetClassDevsW(const GUID* classGuid, const wchar_t* e
                                          HWND window, DWORD flags) {
     FakeCall call("SetupDiGetClassDevsW");
     GuidArgument(call, "classGuid", classGuid);
-    call.Argument("enumerator", enumerator);
-    call.Argument("window", window);
-    call.Argument("flags", flags);
-    const bool empty = IsPlanned(call, FaultVariant::SuccessWithNothing);
+    call.Arguments({{"enumerator", enumerator}, {"window", window}, {"flags", flags}});
+    const bool empty = call.IsPlanned(FaultVariant::SuccessWithNothing);
     if (call.PlannedFault() && !empty) {
         return call.Fails<HDEVINFO>(INVALID_HANDLE_VALUE);
     }
@@ -53,25 +48,16 @@ BOOL WINAPI FakeSetupDiDestroyDeviceInfoList(HDEVINFO handle) {
 
 BOOL WINAPI FakeSetupDiEnumDeviceInfo(HDEVINFO handle, DWORD index, SP_DEVINFO_DATA* data) {
     FakeCall call("SetupDiEnumDeviceInfo");
-    call.Argument("set", handle);
-    call.Argument("index", index);
-    call.Argument("structureSize", data == nullptr ? 0 : data->cbSize);
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
+    call.Arguments(
+        {{"set", handle}, {"index", index}, {"structureSize", data == nullptr ? 0 : data->cbSize}});
     const auto lock = call.world().Lock();
     const DeviceSet* const set = FindSet(call.world(), handle);
-    if (set == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
-    }
-    if (data == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
-    }
-    if (data->cbSize != sizeof(*data)) {
-        return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
-    }
-    if (index >= set->devices.size()) {
-        return call.Fails(FALSE, ERROR_NO_MORE_ITEMS);
+    if (const auto error = call.Refused(
+            {{set == nullptr, ERROR_INVALID_HANDLE},
+             {data == nullptr, ERROR_INVALID_PARAMETER},
+             {data != nullptr && data->cbSize != sizeof(*data), ERROR_INVALID_USER_BUFFER},
+             {set != nullptr && index >= set->devices.size(), ERROR_NO_MORE_ITEMS}})) {
+        return call.Fails(FALSE, *error);
     }
     Describe(*set, index, *data);
     return call.Returns(TRUE);
@@ -86,26 +72,23 @@ BOOL WINAPI FakeSetupDiGetDeviceInstanceIdW(HDEVINFO handle, SP_DEVINFO_DATA* da
     const DeviceSet* const set = FindSet(world, handle);
     call.Argument("set", handle);
     const SetDevice* const device = DeviceArgument(call, set, data);
-    call.Argument("buffer", static_cast<const void*>(id));
-    call.Argument("capacity", capacity);
-    call.Argument("required", required);
-    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+    call.Arguments(
+        {{"buffer", static_cast<const void*>(id)}, {"capacity", capacity}, {"required", required}});
+    if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns(TRUE);
     }
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
+    if (const auto error =
+            call.Refused({{set == nullptr, ERROR_INVALID_HANDLE},
+                          {device == nullptr, ERROR_INVALID_PARAMETER},
+                          {id == nullptr && capacity != 0, ERROR_INVALID_USER_BUFFER},
+                          {device != nullptr && FindDevice(world.machine, device->instanceId,
+                                                           device->place) == nullptr,
+                           ERROR_NO_SUCH_DEVINST}})) {
+        return call.Fails(FALSE, *error);
     }
-    if (set == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
-    }
-    if (device == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
-    }
-    if (id == nullptr && capacity != 0) {
-        return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
-    }
-    if (FindDevice(world.machine, device->instanceId) == nullptr) {
-        return call.Fails<BOOL>(FALSE, ERROR_NO_SUCH_DEVINST);
+    if (world.machine.lies.unterminatedTexts) {
+        device->instanceId.copy(id, capacity);
+        return call.Returns(TRUE);
     }
     const std::size_t needed = device->instanceId.size() + 1;
     if (required != nullptr) {
@@ -128,34 +111,25 @@ BOOL WINAPI FakeSetupDiGetDevicePropertyW(HDEVINFO handle, SP_DEVINFO_DATA* data
     const DeviceSet* const set = FindSet(world, handle);
     call.Argument("set", handle);
     const SetDevice* const member = DeviceArgument(call, set, data);
-    call.Argument("key", key == nullptr ? nullptr : KeyText(*key).c_str());
-    call.Argument("buffer", buffer);
-    call.Argument("capacity", capacity);
-    call.Argument("required", required);
-    call.Argument("flags", flags);
-    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+    call.Arguments(
+        {{"key", key == nullptr || !world.journal.IsKept() ? nullptr : KeyText(*key).c_str()},
+         {"buffer", buffer},
+         {"capacity", capacity},
+         {"required", required},
+         {"flags", flags}});
+    if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         *type = DEVPROP_TYPE_EMPTY;
         return call.Returns(TRUE);
     }
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
+    if (const auto error = call.Refused({{set == nullptr, ERROR_INVALID_HANDLE},
+                                         {member == nullptr, ERROR_INVALID_PARAMETER},
+                                         {flags != 0, ERROR_INVALID_FLAGS},
+                                         {key == nullptr, ERROR_INVALID_DATA},
+                                         {type == nullptr || (buffer == nullptr && capacity != 0),
+                                          ERROR_INVALID_USER_BUFFER}})) {
+        return call.Fails(FALSE, *error);
     }
-    if (set == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
-    }
-    if (member == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
-    }
-    if (flags != 0) {
-        return call.Fails(FALSE, ERROR_INVALID_FLAGS);
-    }
-    if (key == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_DATA);
-    }
-    if (type == nullptr || (buffer == nullptr && capacity != 0)) {
-        return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
-    }
-    const Device* const device = FindDevice(world.machine, member->instanceId);
+    const Device* const device = FindDevice(world.machine, member->instanceId, member->place);
     if (device == nullptr) {
         return call.Fails<BOOL>(FALSE, ERROR_NO_SUCH_DEVINST);
     }
@@ -181,17 +155,17 @@ BOOL WINAPI FakeSetupDiGetDevicePropertyW(HDEVINFO handle, SP_DEVINFO_DATA* data
 }  // namespace
 
 void InstallSetupApiFakes(ImportRedirection& redirection) {
-    redirection.RedirectIfImported<decltype(::SetupDiGetClassDevsW)>("SetupDiGetClassDevsW",
-                                                                     FakeSetupDiGetClassDevsW);
-    redirection.RedirectIfImported<decltype(::SetupDiDestroyDeviceInfoList)>(
-        "SetupDiDestroyDeviceInfoList", FakeSetupDiDestroyDeviceInfoList);
-    redirection.RedirectIfImported<decltype(::SetupDiEnumDeviceInfo)>("SetupDiEnumDeviceInfo",
-                                                                      FakeSetupDiEnumDeviceInfo);
-    redirection.RedirectIfImported<decltype(::SetupDiGetDeviceInstanceIdW)>(
-        "SetupDiGetDeviceInstanceIdW", FakeSetupDiGetDeviceInstanceIdW);
-    redirection.RedirectIfImported<decltype(::SetupDiGetDevicePropertyW)>(
-        "SetupDiGetDevicePropertyW", FakeSetupDiGetDevicePropertyW);
-    InstallSetupApiInterfaceFakes(redirection);
+    redirection.RedirectImported({
+        Replace<decltype(::SetupDiGetClassDevsW)>("SetupDiGetClassDevsW", FakeSetupDiGetClassDevsW),
+        Replace<decltype(::SetupDiDestroyDeviceInfoList)>("SetupDiDestroyDeviceInfoList",
+                                                          FakeSetupDiDestroyDeviceInfoList),
+        Replace<decltype(::SetupDiEnumDeviceInfo)>("SetupDiEnumDeviceInfo",
+                                                   FakeSetupDiEnumDeviceInfo),
+        Replace<decltype(::SetupDiGetDeviceInstanceIdW)>("SetupDiGetDeviceInstanceIdW",
+                                                         FakeSetupDiGetDeviceInstanceIdW),
+        Replace<decltype(::SetupDiGetDevicePropertyW)>("SetupDiGetDevicePropertyW",
+                                                       FakeSetupDiGetDevicePropertyW),
+    });
 }
 
 }  // namespace simulation

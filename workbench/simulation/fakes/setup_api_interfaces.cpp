@@ -1,11 +1,10 @@
-#include "simulation/fakes/setup_api_interfaces.h"
-
 #include <cstddef>
 #include <cwchar>
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
 #include "simulation/fakes/device_sets.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -18,23 +17,17 @@ BOOL WINAPI FakeSetupDiEnumDeviceInterfaces(HDEVINFO handle, SP_DEVINFO_DATA* de
     const auto lock = call.world().Lock();
     const DeviceSet* const set = FindSet(call.world(), handle);
     const SetDevice* const device = FindDevice(set, deviceData);
-    call.Argument("set", handle);
-    call.Argument("device", device == nullptr ? nullptr : device->instanceId.c_str());
+    call.Arguments(
+        {{"set", handle}, {"device", device == nullptr ? nullptr : device->instanceId.c_str()}});
     GuidArgument(call, "interfaceClass", interfaceClass);
-    call.Argument("index", index);
-    call.Argument("structureSize", data == nullptr ? 0 : data->cbSize);
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
-    if (set == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
-    }
-    if ((deviceData != nullptr && device == nullptr) || interfaceClass == nullptr ||
-        data == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
-    }
-    if (data->cbSize != sizeof(*data)) {
-        return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
+    call.Arguments({{"index", index}, {"structureSize", data == nullptr ? 0 : data->cbSize}});
+    if (const auto error = call.Refused(
+            {{set == nullptr, ERROR_INVALID_HANDLE},
+             {(deviceData != nullptr && device == nullptr) || interfaceClass == nullptr ||
+                  data == nullptr,
+              ERROR_INVALID_PARAMETER},
+             {data != nullptr && data->cbSize != sizeof(*data), ERROR_INVALID_USER_BUFFER}})) {
+        return call.Fails(FALSE, *error);
     }
     DWORD matching = 0;
     for (std::size_t i = 0; i < set->interfaces.size(); ++i) {
@@ -58,54 +51,61 @@ BOOL WINAPI FakeSetupDiGetDeviceInterfaceDetailW(HDEVINFO handle, SP_DEVICE_INTE
     const auto lock = call.world().Lock();
     const DeviceSet* const set = FindSet(call.world(), handle);
     const SetInterface* const found = FindInterface(set, data);
-    call.Argument("set", handle);
-    call.Argument("path", found == nullptr ? nullptr : found->path.c_str());
-    call.Argument("detail", detail);
-    call.Argument("structureSize", detail == nullptr ? 0 : detail->cbSize);
-    call.Argument("size", size);
-    call.Argument("required", required);
-    call.Argument("deviceData", deviceData);
-    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+    call.Arguments({{"set", handle},
+                    {"path", found == nullptr ? nullptr : found->path.c_str()},
+                    {"detail", detail},
+                    {"structureSize", detail == nullptr ? 0 : detail->cbSize},
+                    {"size", size},
+                    {"required", required},
+                    {"deviceData", deviceData}});
+    if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns(TRUE);
     }
-    if (IsPlanned(call, FaultVariant::ShortSize) && required != nullptr) {
+    if (call.IsPlanned(FaultVariant::ShortSize) && required != nullptr) {
         *required = call.PlannedFault()->error;
         return call.Fails(FALSE, ERROR_INSUFFICIENT_BUFFER);
     }
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
+    if (const auto error =
+            call.Refused({{set == nullptr, ERROR_INVALID_HANDLE},
+                          {found == nullptr, ERROR_INVALID_PARAMETER},
+                          {detail == nullptr ? size != 0 : detail->cbSize != sizeof(*detail),
+                           ERROR_INVALID_USER_BUFFER}})) {
+        return call.Fails(FALSE, *error);
     }
-    if (set == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
+    constexpr std::size_t kFront = offsetof(SP_DEVICE_INTERFACE_DETAIL_DATA_W, DevicePath);
+    std::size_t units = found->path.size() + 1;
+    std::size_t needed = kFront + units * sizeof(wchar_t);
+    const auto& lies = call.world().machine.lies.detailSizes;
+    if (const auto lie = lies.find(found->path); lie != lies.end()) {
+        needed = lie->second;
+        units = std::min(units, (std::max(needed, sizeof(*detail)) - kFront) / sizeof(wchar_t));
     }
-    if (found == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
-    }
-    if (detail == nullptr ? size != 0 : detail->cbSize != sizeof(*detail)) {
-        return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
-    }
-    const std::size_t needed = offsetof(SP_DEVICE_INTERFACE_DETAIL_DATA_W, DevicePath) +
-                               (found->path.size() + 1) * sizeof(wchar_t);
     if (required != nullptr) {
         *required = static_cast<DWORD>(needed);
     }
     if (deviceData != nullptr && deviceData->cbSize == sizeof(*deviceData)) {
         Describe(*set, found->device, *deviceData);
     }
-    if (size < needed) {
+    if (detail == nullptr || size < needed) {
         return call.Fails(FALSE, ERROR_INSUFFICIENT_BUFFER);
     }
-    std::wmemcpy(detail->DevicePath, found->path.c_str(), found->path.size() + 1);
+    if (size < sizeof(*detail)) {
+        return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
+    }
+    std::wmemcpy(detail->DevicePath, found->path.c_str(), units - 1);
+    detail->DevicePath[units - 1] = L'\0';
     return call.Returns(TRUE);
 }
 
 }  // namespace
 
 void InstallSetupApiInterfaceFakes(ImportRedirection& redirection) {
-    redirection.RedirectIfImported<decltype(::SetupDiEnumDeviceInterfaces)>(
-        "SetupDiEnumDeviceInterfaces", FakeSetupDiEnumDeviceInterfaces);
-    redirection.RedirectIfImported<decltype(::SetupDiGetDeviceInterfaceDetailW)>(
-        "SetupDiGetDeviceInterfaceDetailW", FakeSetupDiGetDeviceInterfaceDetailW);
+    redirection.RedirectImported({
+        Replace<decltype(::SetupDiEnumDeviceInterfaces)>("SetupDiEnumDeviceInterfaces",
+                                                         FakeSetupDiEnumDeviceInterfaces),
+        Replace<decltype(::SetupDiGetDeviceInterfaceDetailW)>("SetupDiGetDeviceInterfaceDetailW",
+                                                              FakeSetupDiGetDeviceInterfaceDetailW),
+    });
 }
 
 }  // namespace simulation

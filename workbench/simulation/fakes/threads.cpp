@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "simulation/fake_call.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -39,17 +40,14 @@ HANDLE WINAPI FakeCreateThread(SECURITY_ATTRIBUTES* security, SIZE_T stackSize,
                                LPTHREAD_START_ROUTINE start, void* parameter, DWORD flags,
                                DWORD* threadId) {
     FakeCall call("CreateThread");
-    call.Argument("security", security);
-    call.Argument("stackSize", stackSize);
-    call.Argument("start", start);
-    call.Argument("parameter", parameter);
-    call.Argument("flags", flags);
-    call.Argument("threadId", threadId);
-    if (call.PlannedFault()) {
-        return call.Fails<HANDLE>(nullptr);
-    }
-    const HANDLE thread =
-        call.PassTo(realCreateThread, security, stackSize, start, parameter, flags, threadId);
+    call.Arguments({{"security", security},
+                    {"stackSize", stackSize},
+                    {"start", start},
+                    {"parameter", parameter},
+                    {"flags", flags},
+                    {"threadId", threadId}});
+    const HANDLE thread = call.FailsOrPassesTo(HANDLE{}, realCreateThread, security, stackSize,
+                                               start, parameter, flags, threadId);
     if (thread != nullptr) {
         call.world().ledger.Adopt(ResourceKind::Thread, thread);
         Remember(call.world(), thread);
@@ -74,8 +72,9 @@ bool WaitForThreads(World& world, std::chrono::milliseconds patience) {
 }
 
 void InstallThreadFakes(ImportRedirection& redirection) {
-    realCreateThread =
-        redirection.RedirectIfImported<decltype(::CreateThread)>("CreateThread", FakeCreateThread);
+    redirection.RedirectImported({
+        {"CreateThread", FakeCreateThread, &realCreateThread},
+    });
 }
 
 }  // namespace simulation

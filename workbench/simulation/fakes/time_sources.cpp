@@ -1,8 +1,7 @@
-#include "simulation/fakes/time_sources.h"
-
 #include <ctime>
 
 #include "simulation/fake_call.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -69,13 +68,11 @@ BOOL WINAPI FakeQueryPerformanceCounter(LARGE_INTEGER* count) {
 }  // namespace
 
 void InstallTimeFakes(ImportRedirection& redirection) {
-    realTime64 = redirection.RedirectIfImported<decltype(::_time64)>("_time64", FakeTime64);
-    realGetSystemTimeAsFileTime =
-        redirection.RedirectIfImported<decltype(::GetSystemTimeAsFileTime)>(
-            "GetSystemTimeAsFileTime", FakeGetSystemTimeAsFileTime);
-    realQueryPerformanceCounter =
-        redirection.RedirectIfImported<decltype(::QueryPerformanceCounter)>(
-            "QueryPerformanceCounter", FakeQueryPerformanceCounter);
+    redirection.RedirectImported({
+        {"_time64", FakeTime64, &realTime64},
+        {"GetSystemTimeAsFileTime", FakeGetSystemTimeAsFileTime, &realGetSystemTimeAsFileTime},
+        {"QueryPerformanceCounter", FakeQueryPerformanceCounter, &realQueryPerformanceCounter},
+    });
 }
 
 }  // namespace simulation

@@ -1,5 +1,3 @@
-#include "simulation/fakes/version_info.h"
-
 #include <windows.h>
 
 #include <algorithm>
@@ -7,6 +5,7 @@
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -55,19 +54,21 @@ std::optional<VersionResource> FindResource(World& world, const wchar_t* path) {
 /// Plans: Fail returns 0, ShortSize the planned number.
 DWORD WINAPI FakeGetFileVersionInfoSizeW(const wchar_t* path, DWORD* handle) {
     FakeCall call("GetFileVersionInfoSizeW");
-    call.Argument("path", path);
-    call.Argument("handle", handle);
-    if (IsPlanned(call, FaultVariant::ShortSize)) {
+    call.Arguments({{"path", path}, {"handle", handle}});
+    if (call.IsPlanned(FaultVariant::ShortSize)) {
         return call.Returns(call.PlannedFault()->error);
     }
     if (call.PlannedFault()) {
         return call.Fails<DWORD>(0);
     }
-    if (!FindResource(call.world(), path)) {
-        return call.Fails<DWORD>(0, ERROR_FILE_NOT_FOUND);
-    }
     if (handle != nullptr) {
         *handle = 0;
+    }
+    if (path == nullptr || *path == L'\0') {
+        return call.Fails<DWORD>(0, path == nullptr ? ERROR_INVALID_PARAMETER : ERROR_BAD_PATHNAME);
+    }
+    if (!FindResource(call.world(), path)) {
+        return call.Fails<DWORD>(0, ERROR_FILE_NOT_FOUND);
     }
     return call.Returns<DWORD>(sizeof(VersionResource));
 }
@@ -75,11 +76,11 @@ DWORD WINAPI FakeGetFileVersionInfoSizeW(const wchar_t* path, DWORD* handle) {
 /// Plans: SuccessWithNothing leaves the block as it is.
 BOOL WINAPI FakeGetFileVersionInfoW(const wchar_t* path, DWORD handle, DWORD size, void* block) {
     FakeCall call("GetFileVersionInfoW");
-    call.Argument("path", path);
-    call.Argument("handle", handle);
-    call.Argument("size", size);
-    call.Argument("block", static_cast<const void*>(block));
-    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+    call.Arguments({{"path", path},
+                    {"handle", handle},
+                    {"size", size},
+                    {"block", static_cast<const void*>(block)}});
+    if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns(TRUE);
     }
     if (call.PlannedFault()) {
@@ -102,8 +103,7 @@ BOOL WINAPI FakeGetFileVersionInfoW(const wchar_t* path, DWORD handle, DWORD siz
 BOOL WINAPI FakeVerQueryValueW(const void* block, const wchar_t* subBlock, void** value,
                                UINT* length) {
     FakeCall call("VerQueryValueW");
-    call.Argument("block", block);
-    call.Argument("subBlock", subBlock);
+    call.Arguments({{"block", block}, {"subBlock", subBlock}});
     const std::optional<Fault> planned = call.PlannedFault();
     if (planned && planned->variant == FaultVariant::Fail) {
         return call.Fails(FALSE);
@@ -120,12 +120,12 @@ BOOL WINAPI FakeVerQueryValueW(const void* block, const wchar_t* subBlock, void*
 }  // namespace
 
 void InstallVersionInfoFakes(ImportRedirection& redirection) {
-    redirection.RedirectIfImported<decltype(::GetFileVersionInfoSizeW)>(
-        "GetFileVersionInfoSizeW", FakeGetFileVersionInfoSizeW);
-    redirection.RedirectIfImported<decltype(::GetFileVersionInfoW)>("GetFileVersionInfoW",
-                                                                    FakeGetFileVersionInfoW);
-    realVerQueryValueW = redirection.RedirectIfImported<decltype(::VerQueryValueW)>(
-        "VerQueryValueW", FakeVerQueryValueW);
+    redirection.RedirectImported({
+        Replace<decltype(::GetFileVersionInfoSizeW)>("GetFileVersionInfoSizeW",
+                                                     FakeGetFileVersionInfoSizeW),
+        Replace<decltype(::GetFileVersionInfoW)>("GetFileVersionInfoW", FakeGetFileVersionInfoW),
+        {"VerQueryValueW", FakeVerQueryValueW, &realVerQueryValueW},
+    });
 }
 
 }  // namespace simulation

@@ -1,11 +1,10 @@
-#include "simulation/fakes/window_calls.h"
-
 #include <windows.h>
 
 #include <map>
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
+#include "simulation/fakes/families.h"
 
 namespace simulation {
 namespace {
@@ -39,20 +38,17 @@ void ClassArgument(FakeCall& call, const wchar_t* className) {
 
 ATOM WINAPI FakeRegisterClassW(const WNDCLASSW* windowClass) {
     FakeCall call("RegisterClassW");
-    call.Argument("style", windowClass->style);
-    call.Argument("procedure", windowClass->lpfnWndProc);
-    call.Argument("classBytes", windowClass->cbClsExtra);
-    call.Argument("windowBytes", windowClass->cbWndExtra);
-    call.Argument("instance", windowClass->hInstance);
-    call.Argument("icon", windowClass->hIcon);
-    call.Argument("cursor", windowClass->hCursor);
-    call.Argument("background", windowClass->hbrBackground);
-    call.Argument("menuName", static_cast<const void*>(windowClass->lpszMenuName));
+    call.Arguments({{"style", windowClass->style},
+                    {"procedure", windowClass->lpfnWndProc},
+                    {"classBytes", windowClass->cbClsExtra},
+                    {"windowBytes", windowClass->cbWndExtra},
+                    {"instance", windowClass->hInstance},
+                    {"icon", windowClass->hIcon},
+                    {"cursor", windowClass->hCursor},
+                    {"background", windowClass->hbrBackground},
+                    {"menuName", static_cast<const void*>(windowClass->lpszMenuName)}});
     ClassArgument(call, windowClass->lpszClassName);
-    if (call.PlannedFault()) {
-        return call.Fails<ATOM>(0);
-    }
-    const ATOM atom = call.PassTo(realRegisterClassW, windowClass);
+    const ATOM atom = call.FailsOrPassesTo(ATOM{}, realRegisterClassW, windowClass);
     if (atom != 0 && !IS_INTRESOURCE(windowClass->lpszClassName)) {
         World& world = call.world();
         const auto lock = world.Lock();
@@ -67,10 +63,8 @@ BOOL WINAPI FakeUnregisterClassW(const wchar_t* className, HINSTANCE instance) {
     FakeCall call("UnregisterClassW");
     ClassArgument(call, className);
     call.Argument("instance", instance);
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
-    const BOOL unregistered = call.PassTo(realUnregisterClassW, className, instance);
+    const BOOL unregistered =
+        call.FailsOrPassesTo(FALSE, realUnregisterClassW, className, instance);
     if (unregistered != FALSE) {
         World& world = call.world();
         const auto lock = world.Lock();
@@ -89,25 +83,21 @@ HWND WINAPI FakeCreateWindowExW(DWORD extendedStyle, const wchar_t* className, c
     FakeCall call("CreateWindowExW");
     call.Argument("extendedStyle", extendedStyle);
     ClassArgument(call, className);
-    call.Argument("title", title);
-    call.Argument("style", style);
-    call.Argument("x", x);
-    call.Argument("y", y);
-    call.Argument("width", width);
-    call.Argument("height", height);
+    call.Arguments({{"title", title},
+                    {"style", style},
+                    {"x", x},
+                    {"y", y},
+                    {"width", width},
+                    {"height", height}});
     if (parent == HWND_MESSAGE) {
         call.Argument("parent", "HWND_MESSAGE");
     } else {
         call.Argument("parent", parent);
     }
-    call.Argument("menu", menu);
-    call.Argument("instance", instance);
-    call.Argument("parameter", parameter);
-    if (call.PlannedFault()) {
-        return call.Fails<HWND>(nullptr);
-    }
-    const HWND window = call.PassTo(realCreateWindowExW, extendedStyle, className, title, style, x,
-                                    y, width, height, parent, menu, instance, parameter);
+    call.Arguments({{"menu", menu}, {"instance", instance}, {"parameter", parameter}});
+    const HWND window =
+        call.FailsOrPassesTo(HWND{}, realCreateWindowExW, extendedStyle, className, title, style, x,
+                             y, width, height, parent, menu, instance, parameter);
     if (window != nullptr) {
         call.world().ledger.Adopt(ResourceKind::Window, window,
                                   title == nullptr ? "" : ToUtf8(title));
@@ -125,10 +115,7 @@ void ReleaseWindow(World& world, HWND window) {
 BOOL WINAPI FakeDestroyWindow(HWND window) {
     FakeCall call("DestroyWindow");
     call.Argument("window", window);
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
-    const BOOL destroyed = call.PassTo(realDestroyWindow, window);
+    const BOOL destroyed = call.FailsOrPassesTo(FALSE, realDestroyWindow, window);
     if (destroyed != FALSE) {
         ReleaseWindow(call.world(), window);
     }
@@ -136,10 +123,8 @@ BOOL WINAPI FakeDestroyWindow(HWND window) {
 }
 
 void MessageArguments(FakeCall& call, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    call.Argument("window", window);
-    call.Argument("message", message);
-    call.Argument("wParam", wParam);
-    call.Argument("lParam", lParam);
+    call.Arguments(
+        {{"window", window}, {"message", message}, {"wParam", wParam}, {"lParam", lParam}});
 }
 
 /// Knows no failure: what a zero means depends on the message.
@@ -156,10 +141,8 @@ LRESULT WINAPI FakeDefWindowProcW(HWND window, UINT message, WPARAM wParam, LPAR
 /// that nobody sent, to no window; its number is the planned one.
 BOOL WINAPI FakeGetMessageW(MSG* message, HWND window, UINT first, UINT last) {
     FakeCall call("GetMessageW");
-    call.Argument("window", window);
-    call.Argument("first", first);
-    call.Argument("last", last);
-    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+    call.Arguments({{"window", window}, {"first", first}, {"last", last}});
+    if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         *message = {};
         message->message = call.PlannedFault()->error;
         call.Argument("message", message->message);
@@ -180,13 +163,10 @@ BOOL WINAPI FakeGetMessageW(MSG* message, HWND window, UINT first, UINT last) {
 BOOL WINAPI FakePostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     FakeCall call("PostMessageW");
     MessageArguments(call, window, message, wParam, lParam);
-    if (IsPlanned(call, FaultVariant::SuccessWithNothing)) {
+    if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns(TRUE);
     }
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
-    return call.PassTo(realPostMessageW, window, message, wParam, lParam);
+    return call.FailsOrPassesTo(FALSE, realPostMessageW, window, message, wParam, lParam);
 }
 
 void WINAPI FakePostQuitMessage(int exitCode) {
@@ -198,22 +178,16 @@ void WINAPI FakePostQuitMessage(int exitCode) {
 }  // namespace
 
 void InstallWindowFakes(ImportRedirection& redirection) {
-    realRegisterClassW = redirection.RedirectIfImported<decltype(::RegisterClassW)>(
-        "RegisterClassW", FakeRegisterClassW);
-    realUnregisterClassW = redirection.RedirectIfImported<decltype(::UnregisterClassW)>(
-        "UnregisterClassW", FakeUnregisterClassW);
-    realCreateWindowExW = redirection.RedirectIfImported<decltype(::CreateWindowExW)>(
-        "CreateWindowExW", FakeCreateWindowExW);
-    realDestroyWindow = redirection.RedirectIfImported<decltype(::DestroyWindow)>(
-        "DestroyWindow", FakeDestroyWindow);
-    realDefWindowProcW = redirection.RedirectIfImported<decltype(::DefWindowProcW)>(
-        "DefWindowProcW", FakeDefWindowProcW);
-    realGetMessageW =
-        redirection.RedirectIfImported<decltype(::GetMessageW)>("GetMessageW", FakeGetMessageW);
-    realPostMessageW =
-        redirection.RedirectIfImported<decltype(::PostMessageW)>("PostMessageW", FakePostMessageW);
-    realPostQuitMessage = redirection.RedirectIfImported<decltype(::PostQuitMessage)>(
-        "PostQuitMessage", FakePostQuitMessage);
+    redirection.RedirectImported({
+        {"RegisterClassW", FakeRegisterClassW, &realRegisterClassW},
+        {"UnregisterClassW", FakeUnregisterClassW, &realUnregisterClassW},
+        {"CreateWindowExW", FakeCreateWindowExW, &realCreateWindowExW},
+        {"DestroyWindow", FakeDestroyWindow, &realDestroyWindow},
+        {"DefWindowProcW", FakeDefWindowProcW, &realDefWindowProcW},
+        {"GetMessageW", FakeGetMessageW, &realGetMessageW},
+        {"PostMessageW", FakePostMessageW, &realPostMessageW},
+        {"PostQuitMessage", FakePostQuitMessage, &realPostQuitMessage},
+    });
 }
 
 }  // namespace simulation

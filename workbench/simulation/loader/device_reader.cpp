@@ -1,67 +1,84 @@
+#include <cstdio>
 #include <set>
 
-#include "simulation/loader/repetition.h"
 #include "simulation/loader/section_readers.h"
 #include "simulation/well_known.h"
 
 namespace simulation {
 namespace {
 
-GUID ReadInterfaceClass(const JsonNode& node) {
-    for (const NamedInterfaceClass& known : NamedInterfaceClasses()) {
+void ReadInterfaceClass(const JsonNode& node, GUID& interfaceClass) {
+    for (const NamedInterfaceClass& known : kNamedInterfaceClasses) {
         if (node.IsText() && node.Utf8() == known.name) {
-            return known.guid;
+            interfaceClass = known.guid;
+            return;
         }
     }
     if (node.IsText() && node.Utf8().rfind('{', 0) != 0) {
         node.FailExpecting("\"hid\", \"usb\", \"monitor\", \"disk\" or a GUID in braces");
     }
-    return node.Guid();
+    interfaceClass = node.Guid();
 }
 
-HidAnswers ReadHid(const JsonNode& node) {
-    const JsonObject object(node, kHidShape);
-    HidAnswers hid;
-    ReadIfPresent(object, "openError", hid.openError, &JsonNode::Whole<DWORD>);
-    ReadNullable(object, "product", hid.product, &JsonNode::Text);
-    ReadNullable(object, "manufacturer", hid.manufacturer, &JsonNode::Text);
-    return hid;
-}
-
-DeviceInterface ReadInterface(const JsonNode& node) {
-    const JsonObject object(node, kInterfaceShape);
-    DeviceInterface result;
-    result.interfaceClass = ReadInterfaceClass(object["class"]);
-    result.path = object["path"].Text();
-    ReadNullable(object, "hid", result.hid, ReadHid);
-    return result;
-}
-
-Device ReadDevice(const JsonNode& node) {
-    const JsonObject object(node, kDeviceShape);
-    Device device;
-    device.instanceId = object["id"].Text();
-    ReadIfPresent(object, "present", device.present, &JsonNode::Flag);
-    ReadIfPresent(object, "status", device.status, &JsonNode::Whole<ULONG>);
-    ReadIfPresent(object, "problem", device.problem, &JsonNode::Whole<ULONG>);
-    ReadIfPresent(object, "statusResult", device.statusResult, &JsonNode::Whole<DWORD>);
-    if (const auto removable = object.Find("removable")) {
-        device.SetRemovable(removable->Flag());
+/// `form` is what stands between "${n" and "}".
+std::string NumberText(const JsonNode& node, std::string_view form, unsigned number) {
+    const bool withWidth = form.size() >= 2 && form[0] == ':' && form[1] >= '1' && form[1] <= '8';
+    const bool decimal = form.empty() || (withWidth && form.size() == 2);
+    const bool hexadecimal = withWidth && form.size() == 3 && form[2] == 'X';
+    if (!decimal && !hexadecimal) {
+        node.Fail("expected ${n}, ${n:4} or ${n:4X}, found \"${n" + std::string(form) + "}\"");
     }
-    ReadIfPresent(object, "properties", device.properties, ReadProperties);
-    if (const auto interfaces = object.Find("interfaces")) {
-        for (const JsonNode& item : interfaces->Items()) {
-            device.interfaces.push_back(ReadInterface(item));
+    const int width = withWidth ? form[1] - '0' : 1;
+    char text[16];
+    std::snprintf(text, sizeof(text), hexadecimal ? "%0*X" : "%0*u", width, number);
+    return text;
+}
+
+std::string NumberedText(const JsonNode& node, std::string_view text, unsigned number) {
+    constexpr std::string_view kOpening = "${n";
+    std::string result;
+    for (;;) {
+        const std::size_t begin = text.find(kOpening);
+        result += text.substr(0, begin);
+        if (begin == std::string_view::npos) {
+            return result;
+        }
+        text.remove_prefix(begin + kOpening.size());
+        const std::size_t end = text.find('}');
+        if (end == std::string_view::npos) {
+            node.Fail("\"${n\" without its \"}\"");
+        }
+        result += NumberText(node, text.substr(0, end), number);
+        text.remove_prefix(end + 1);
+    }
+}
+
+/// The value of `node` with `number` in place of every ${n} in its texts: ${n} in decimal, ${n:4}
+/// in decimal and ${n:4X} in hexadecimal digits with leading zeros to that width.
+nlohmann::json WithNumber(const JsonNode& node, unsigned number) {
+    if (node.IsText()) {
+        return NumberedText(node, node.Utf8(), number);
+    }
+    nlohmann::json result = node.Json();
+    if (node.IsObject()) {
+        for (const auto& [key, member] : node.Members()) {
+            result[key] = WithNumber(member, number);
+        }
+    } else if (result.is_array()) {
+        const std::vector<JsonNode> items = node.Items();
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            result[i] = WithNumber(items[i], number);
         }
     }
-    return device;
+    return result;
 }
 
 /// A list of devices, growing; no two of them may have the same id.
 class DeviceList {
 public:
     void Add(const JsonNode& node) {
-        Device device = ReadDevice(node);
+        Device device;
+        Read(node, device);
         if (!ids.insert(device.instanceId).second) {
             node.Fail("a device with the same \"id\" comes before");
         }
@@ -69,15 +86,16 @@ public:
     }
 
     void AddGroup(const JsonNode& node) {
-        const JsonObject group(node, kDeviceGroupShape);
-        const auto count = group["repeat"].Whole<WORD>();
-        const JsonNode members = group["devices"];
-        for (unsigned number = 1; number <= count; ++number) {
-            for (const JsonNode& member : members.Items()) {
-                const nlohmann::json numbered = WithNumber(member, number);
-                Add(member.WithValue(numbered));
+        WORD count = 0;
+        const auto addEach = [&](const JsonNode& members) {
+            for (unsigned number = 1; number <= count; ++number) {
+                for (const JsonNode& member : members.Items()) {
+                    const nlohmann::json numbered = WithNumber(member, number);
+                    Add(member.WithValue(numbered));
+                }
             }
-        }
+        };
+        node.ReadObject({{"repeat", Into(count)}, {"devices", addEach, kRequired}});
     }
 
     std::vector<Device> devices;
@@ -88,7 +106,34 @@ private:
 
 }  // namespace
 
-std::vector<Device> ReadDevices(const JsonNode& list) {
+void Read(const JsonNode& node, HidAnswers& hid) {
+    node.ReadObject({{"product", Into(hid.product)},
+                     {"manufacturer", Into(hid.manufacturer)},
+                     {"openError", Into(hid.openError)}});
+}
+
+void Read(const JsonNode& node, DeviceInterface& result) {
+    const auto readClass = [&](const JsonNode& member) {
+        ReadInterfaceClass(member, result.interfaceClass);
+    };
+    node.ReadObject({{"class", readClass, kRequired},
+                     {"path", Into(result.path), kRequired},
+                     {"hid", Into(result.hid)}});
+}
+
+void Read(const JsonNode& node, Device& device) {
+    const auto readRemovable = [&](const JsonNode& member) { device.SetRemovable(member.Flag()); };
+    node.ReadObject({{"id", Into(device.instanceId), kRequired},
+                     {"present", Into(device.present)},
+                     {"status", Into(device.status)},
+                     {"removable", readRemovable},
+                     {"problem", Into(device.problem)},
+                     {"statusResult", Into(device.statusResult)},
+                     {"properties", Into(device.properties)},
+                     {"interfaces", Into(device.interfaces)}});
+}
+
+void Read(const JsonNode& list, std::vector<Device>& devices) {
     DeviceList result;
     for (const JsonNode& item : list.Items()) {
         if (item.IsObject() && item.Json().contains("repeat")) {
@@ -97,7 +142,7 @@ std::vector<Device> ReadDevices(const JsonNode& list) {
             result.Add(item);
         }
     }
-    return result.devices;
+    devices = std::move(result.devices);
 }
 
 }  // namespace simulation

@@ -1,22 +1,18 @@
 #include "simulation/loader/json_node.h"
 
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
 #include "simulation/call_text.h"
-#include "simulation/loader/nearest_key.h"
 #include "simulation/machine_loader.h"
 
 namespace simulation {
 namespace {
 
 std::string Found(const nlohmann::json& value) {
-    switch (value.type()) {
-        case nlohmann::json::value_t::null:
-            return "null";
-        case nlohmann::json::value_t::object:
-            return "an object";
-        case nlohmann::json::value_t::array:
-            return "a list";
-        default:
-            break;
+    if (value.is_structured()) {
+        return value.is_object() ? "an object" : "a list";
     }
     constexpr std::size_t kEnoughToRecognise = 60;
     const std::string text = value.dump();
@@ -39,16 +35,9 @@ std::string Escaped(std::string_view key) {
 }
 
 int HexDigit(char digit) {
-    if (digit >= '0' && digit <= '9') {
-        return digit - '0';
-    }
-    if (digit >= 'A' && digit <= 'F') {
-        return digit - 'A' + 10;
-    }
-    if (digit >= 'a' && digit <= 'f') {
-        return digit - 'a' + 10;
-    }
-    return -1;
+    constexpr std::string_view kDigits = "0123456789ABCDEFabcdef";
+    const std::size_t found = kDigits.find(digit);
+    return found == std::string_view::npos ? -1 : static_cast<int>(found < 16 ? found : found - 6);
 }
 
 }  // namespace
@@ -60,6 +49,15 @@ void JsonNode::Fail(const std::string& complaint) const {
 
 void JsonNode::FailExpecting(const std::string& expected) const {
     Fail("expected " + expected + ", found " + Found(*value));
+}
+
+void JsonNode::FailUnknownKey(std::string_view key,
+                              const std::vector<std::string_view>& known) const {
+    std::string list;
+    for (const std::string_view one : known) {
+        list += (list.empty() ? "\"" : ", \"") + std::string(one) + "\"";
+    }
+    Fail("unknown key \"" + std::string(key) + "\"; known here are " + list);
 }
 
 bool JsonNode::Flag() const {
@@ -83,32 +81,15 @@ std::string JsonNode::Utf8() const {
 std::wstring JsonNode::Text() const { return FromUtf8(Utf8()); }
 
 GUID JsonNode::Guid() const {
-    constexpr std::string_view kForm = "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
     const std::string text = IsText() ? Utf8() : std::string();
-    bool right = text.size() == kForm.size();
-    BYTE digits[32] = {};
-    std::size_t count = 0;
-    for (std::size_t i = 0; right && i < kForm.size(); ++i) {
-        if (kForm[i] != 'x') {
-            right = text[i] == kForm[i];
-        } else {
-            right = HexDigit(text[i]) >= 0;
-            digits[count++] = static_cast<BYTE>(HexDigit(text[i]));
-        }
-    }
-    if (!right) {
+    GUID guid{};
+    BYTE* const rest = guid.Data4;
+    std::sscanf(text.c_str(), "{%8lX-%4hX-%4hX-%2hhX%2hhX-%2hhX%2hhX%2hhX%2hhX%2hhX%2hhX}",
+                &guid.Data1, &guid.Data2, &guid.Data3, &rest[0], &rest[1], &rest[2], &rest[3],
+                &rest[4], &rest[5], &rest[6], &rest[7]);
+    // What reads as the same text again had the right form.
+    if (_stricmp(text.c_str(), GuidText(guid).c_str()) != 0) {
         FailExpecting("a GUID such as \"{4D1E55B2-F16F-11CF-88CB-001111000030}\"");
-    }
-    const auto number = [&](std::size_t first, std::size_t length) {
-        unsigned long result = 0;
-        for (std::size_t i = first; i < first + length; ++i) {
-            result = result * 16 + digits[i];
-        }
-        return result;
-    };
-    GUID guid{number(0, 8), static_cast<WORD>(number(8, 4)), static_cast<WORD>(number(12, 4)), {}};
-    for (std::size_t i = 0; i < 8; ++i) {
-        guid.Data4[i] = static_cast<BYTE>(number(16 + i * 2, 2));
     }
     return guid;
 }
@@ -189,26 +170,28 @@ JsonNode JsonNode::Child(std::string_view key, const nlohmann::json& child) cons
     return {child, pointer + "/" + Escaped(key), file};
 }
 
-JsonObject::JsonObject(JsonNode objectNode, const ObjectShape& shape)
-    : node(std::move(objectNode)) {
-    for (const auto& [key, member] : node.Members()) {
-        RequireKnownKey(node, key, shape.keys);
+void JsonNode::ReadObject(const std::vector<Member>& members) const {
+    std::vector<std::string_view> known;
+    known.reserve(members.size());
+    for (const Member& member : members) {
+        known.push_back(member.key);
     }
-}
-
-std::optional<JsonNode> JsonObject::Find(std::string_view key) const {
-    const auto found = node.Json().find(std::string(key));
-    if (found == node.Json().end()) {
-        return std::nullopt;
+    const std::vector<std::pair<std::string, JsonNode>> values = Members();
+    for (const auto& [key, node] : values) {
+        if (std::find(known.begin(), known.end(), key) == known.end()) {
+            FailUnknownKey(key, known);
+        }
     }
-    return node.Child(key, *found);
-}
-
-JsonNode JsonObject::operator[](std::string_view key) const {
-    if (const auto found = Find(key)) {
-        return *found;
+    for (const Member& member : members) {
+        const auto found = std::find_if(values.begin(), values.end(), [&](const auto& candidate) {
+            return candidate.first == member.key;
+        });
+        if (found != values.end()) {
+            member.read(found->second);
+        } else if (member.required) {
+            Fail("the key \"" + std::string(member.key) + "\" is missing");
+        }
     }
-    node.Fail("the key \"" + std::string(key) + "\" is missing");
 }
 
 }  // namespace simulation

@@ -4,15 +4,15 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
-
-#include "simulation/loader/object_shapes.h"
 
 namespace simulation {
 
@@ -20,12 +20,22 @@ namespace simulation {
 /// value is not of the expected kind.
 class JsonNode {
 public:
+    /// A key that an object may have, and what becomes of its value.
+    struct Member {
+        std::string_view key;
+        std::function<void(const JsonNode&)> read;
+        bool required = false;
+    };
+
     JsonNode(const nlohmann::json& jsonValue, std::string jsonPointer, std::string fileName)
         : value(&jsonValue), pointer(std::move(jsonPointer)), file(std::move(fileName)) {}
 
     [[noreturn]] void Fail(const std::string& complaint) const;
     /// "expected ..., found ..."
     [[noreturn]] void FailExpecting(const std::string& expected) const;
+    /// Names the keys that are known instead.
+    [[noreturn]] void FailUnknownKey(std::string_view key,
+                                     const std::vector<std::string_view>& known) const;
 
     const nlohmann::json& Json() const { return *value; }
     bool IsNull() const { return value->is_null(); }
@@ -65,15 +75,17 @@ public:
         FailExpecting(expected);
     }
 
+    /// Reads an object that may have these keys and no others, in this order.
+    void ReadObject(const std::vector<Member>& members) const;
     std::vector<JsonNode> Items() const;
     /// Keys and values of an object whose keys are free.
     std::vector<std::pair<std::string, JsonNode>> Members() const;
 
     /// The same place with another value; the value has to outlive the result.
     JsonNode WithValue(const nlohmann::json& other) const { return {other, pointer, file}; }
-    JsonNode Child(std::string_view key, const nlohmann::json& child) const;
 
 private:
+    JsonNode Child(std::string_view key, const nlohmann::json& child) const;
     std::int64_t Signed(std::int64_t least, std::int64_t most) const;
     std::uint64_t Unsigned(std::uint64_t most) const;
     std::vector<BYTE> HexLine() const;
@@ -83,19 +95,40 @@ private:
     std::string file;
 };
 
-/// An object of one of the known shapes. A key that the shape lacks is an error.
-class JsonObject {
-public:
-    JsonObject(JsonNode objectNode, const ObjectShape& shape);
+// The value of a node, as its target's type demands it. The parts of a machine have overloads of
+// their own.
 
-    const JsonNode& Node() const { return node; }
-    /// Nothing when the key is missing.
-    std::optional<JsonNode> Find(std::string_view key) const;
-    /// Throws when the key is missing.
-    JsonNode operator[](std::string_view key) const;
+inline void Read(const JsonNode& node, bool& target) { target = node.Flag(); }
+inline void Read(const JsonNode& node, std::string& target) { target = node.Utf8(); }
+inline void Read(const JsonNode& node, std::wstring& target) { target = node.Text(); }
+inline void Read(const JsonNode& node, GUID& target) { target = node.Guid(); }
+inline void Read(const JsonNode& node, std::vector<BYTE>& target) { target = node.Hex(); }
 
-private:
-    JsonNode node;
-};
+template <class Number>
+std::enable_if_t<std::is_integral_v<Number>> Read(const JsonNode& node, Number& target) {
+    target = node.Whole<Number>();
+}
+
+/// Null makes the value absent.
+template <class Value>
+void Read(const JsonNode& node, std::optional<Value>& target) {
+    target.reset();
+    if (!node.IsNull()) {
+        Read(node, target.emplace());
+    }
+}
+
+template <class Value>
+void Read(const JsonNode& node, std::vector<Value>& target) {
+    for (const JsonNode& item : node.Items()) {
+        Read(item, target.emplace_back());
+    }
+}
+
+/// For JsonNode::Member. A missing key leaves the target as it is.
+template <class Target>
+std::function<void(const JsonNode&)> Into(Target& target) {
+    return [&target](const JsonNode& node) { Read(node, target); };
+}
 
 }  // namespace simulation

@@ -5,31 +5,21 @@
 namespace simulation {
 namespace {
 
-WTS_CONNECTSTATE_CLASS ReadState(const JsonNode& node) {
-    return node.Word<WTS_CONNECTSTATE_CLASS>({{"active", WTSActive},
-                                              {"connected", WTSConnected},
-                                              {"connectQuery", WTSConnectQuery},
-                                              {"shadow", WTSShadow},
-                                              {"disconnected", WTSDisconnected},
-                                              {"idle", WTSIdle},
-                                              {"listen", WTSListen},
-                                              {"reset", WTSReset},
-                                              {"down", WTSDown},
-                                              {"init", WTSInit}});
+void ReadState(const JsonNode& node, WTS_CONNECTSTATE_CLASS& state) {
+    state = node.Word<WTS_CONNECTSTATE_CLASS>({{"active", WTSActive},
+                                               {"connected", WTSConnected},
+                                               {"connectQuery", WTSConnectQuery},
+                                               {"shadow", WTSShadow},
+                                               {"disconnected", WTSDisconnected},
+                                               {"idle", WTSIdle},
+                                               {"listen", WTSListen},
+                                               {"reset", WTSReset},
+                                               {"down", WTSDown},
+                                               {"init", WTSInit}});
 }
 
-Session ReadSession(const JsonNode& node) {
-    const JsonObject object(node, kSessionShape);
-    Session session;
-    session.id = object["id"].Whole<DWORD>();
-    ReadIfPresent(object, "state", session.state, ReadState);
-    ReadIfPresent(object, "user", session.userName, &JsonNode::Text);
-    ReadIfPresent(object, "tokenError", session.tokenError, &JsonNode::Whole<DWORD>);
-    return session;
-}
-
-std::map<std::wstring, std::wstring> ReadAccounts(const JsonNode& node) {
-    std::map<std::wstring, std::wstring> accounts;
+void ReadAccounts(const JsonNode& node, std::map<std::wstring, std::wstring>& accounts) {
+    accounts.clear();
     for (const auto& [name, sid] : node.Members()) {
         const std::wstring text = sid.Text();
         if (!SidFromText(text)) {
@@ -37,27 +27,28 @@ std::map<std::wstring, std::wstring> ReadAccounts(const JsonNode& node) {
         }
         accounts[FromUtf8(name)] = text;
     }
-    return accounts;
-}
-
-DWORD ReadConsoleSession(const JsonNode& node) {
-    return node.IsNull() ? kNoConsoleSession : node.Whole<DWORD>();
 }
 
 }  // namespace
 
-Logons ReadLogons(const JsonNode& node) {
-    const JsonObject object(node, kLogonsShape);
-    Logons logons;
-    ReadIfPresent(object, "consoleSession", logons.consoleSession, ReadConsoleSession);
-    ReadIfPresent(object, "hostAccount", logons.hostAccount, &JsonNode::Text);
-    ReadIfPresent(object, "accounts", logons.accounts, ReadAccounts);
-    if (const auto sessions = object.Find("sessions")) {
-        for (const JsonNode& item : sessions->Items()) {
-            logons.sessions.push_back(ReadSession(item));
-        }
-    }
-    return logons;
+void Read(const JsonNode& node, Session& session) {
+    const auto readState = [&](const JsonNode& member) { ReadState(member, session.state); };
+    node.ReadObject({{"id", Into(session.id), kRequired},
+                     {"state", readState},
+                     {"user", Into(session.userName)},
+                     {"tokenError", Into(session.tokenError)}});
+}
+
+void Read(const JsonNode& node, Logons& logons) {
+    std::optional<DWORD> console;
+    const auto readAccounts = [&](const JsonNode& member) {
+        ReadAccounts(member, logons.accounts);
+    };
+    node.ReadObject({{"consoleSession", Into(console)},
+                     {"sessions", Into(logons.sessions)},
+                     {"hostAccount", Into(logons.hostAccount)},
+                     {"accounts", readAccounts}});
+    logons.consoleSession = console.value_or(kNoConsoleSession);
 }
 
 }  // namespace simulation

@@ -1,4 +1,5 @@
-#include "simulation/loader/nearest_key.h"
+#include <algorithm>
+
 #include "simulation/loader/section_readers.h"
 #include "simulation/well_known.h"
 
@@ -19,32 +20,39 @@ DEVPROPKEY ParseKey(const JsonNode& node, const std::string& text) {
 
 std::vector<std::wstring> ReadTexts(const JsonNode& node) {
     std::vector<std::wstring> texts;
-    for (const JsonNode& item : node.Items()) {
-        texts.push_back(item.Text());
-    }
+    Read(node, texts);
     return texts;
 }
 
 /// A value that names its type, for types that differ from the key's own.
 DeviceProperty ReadTyped(const JsonNode& node, const DEVPROPKEY& key) {
-    const JsonObject object(node, kPropertyShape);
+    std::optional<std::wstring> text;
+    std::optional<std::vector<std::wstring>> texts;
+    std::optional<GUID> guid;
+    std::optional<UINT32> number;
+    std::optional<DEVPROPTYPE> type;
+    std::optional<std::vector<BYTE>> bytes;
+    node.ReadObject({{"string", Into(text)},
+                     {"strings", Into(texts)},
+                     {"guid", Into(guid)},
+                     {"uint32", Into(number)},
+                     {"type", Into(type)},
+                     {"hex", Into(bytes)}});
     const std::size_t keys = node.Json().size();
-    if (keys == 2 && object.Find("type") && object.Find("hex")) {
-        return DeviceProperty::Raw(key, object["type"].Whole<DEVPROPTYPE>(), object["hex"].Hex());
+    if (keys == 2 && type && bytes) {
+        return DeviceProperty::Raw(key, *type, *bytes);
     }
-    if (keys == 1) {
-        if (const auto text = object.Find("string")) {
-            return DeviceProperty::String(key, text->Text());
-        }
-        if (const auto texts = object.Find("strings")) {
-            return DeviceProperty::StringList(key, ReadTexts(*texts));
-        }
-        if (const auto guid = object.Find("guid")) {
-            return DeviceProperty::Guid(key, guid->Guid());
-        }
-        if (const auto number = object.Find("uint32")) {
-            return DeviceProperty::UInt32(key, number->Whole<UINT32>());
-        }
+    if (keys == 1 && text) {
+        return DeviceProperty::String(key, *text);
+    }
+    if (keys == 1 && texts) {
+        return DeviceProperty::StringList(key, *texts);
+    }
+    if (keys == 1 && guid) {
+        return DeviceProperty::Guid(key, *guid);
+    }
+    if (keys == 1 && number) {
+        return DeviceProperty::UInt32(key, *number);
     }
     node.Fail(R"(expected "string", "strings", "guid", "uint32" or the pair "type" and "hex")");
 }
@@ -62,26 +70,23 @@ DeviceProperty ReadOfType(const JsonNode& node, const NamedPropertyKey& known) {
 
 }  // namespace
 
-std::vector<DeviceProperty> ReadProperties(const JsonNode& members) {
+void Read(const JsonNode& members, std::vector<DeviceProperty>& properties) {
     std::vector<std::string_view> names;
-    for (const NamedPropertyKey& known : NamedPropertyKeys()) {
+    for (const NamedPropertyKey& known : kNamedPropertyKeys) {
         names.push_back(known.name);
     }
-    std::vector<DeviceProperty> properties;
     for (const auto& [name, node] : members.Members()) {
         if (name.rfind('{', 0) == 0) {
             properties.push_back(ReadTyped(node, ParseKey(node, name)));
             continue;
         }
-        RequireKnownKey(members, name, names);
-        for (const NamedPropertyKey& known : NamedPropertyKeys()) {
-            if (known.name == name) {
-                properties.push_back(node.IsObject() ? ReadTyped(node, known.key)
-                                                     : ReadOfType(node, known));
-            }
+        const auto known = std::find(names.begin(), names.end(), name);
+        if (known == names.end()) {
+            members.FailUnknownKey(name, names);
         }
+        const NamedPropertyKey& key = kNamedPropertyKeys[known - names.begin()];
+        properties.push_back(node.IsObject() ? ReadTyped(node, key.key) : ReadOfType(node, key));
     }
-    return properties;
 }
 
 }  // namespace simulation

@@ -2,7 +2,6 @@
 // MachineFileError.
 #pragma once
 
-#include <functional>
 #include <vector>
 
 #include "simulation/loader/json_node.h"
@@ -10,30 +9,30 @@
 
 namespace simulation {
 
+inline constexpr bool kRequired = true;
+
 /// Devices and groups of devices that are repeated with a running number.
-std::vector<Device> ReadDevices(const JsonNode& list);
+void Read(const JsonNode& list, std::vector<Device>& devices);
+void Read(const JsonNode& node, Device& device);
+void Read(const JsonNode& node, DeviceInterface& result);
+void Read(const JsonNode& node, HidAnswers& hid);
 /// The members of a device's "properties".
-std::vector<DeviceProperty> ReadProperties(const JsonNode& members);
-std::vector<Printer> ReadPrinters(const JsonNode& list);
-Display ReadDisplay(const JsonNode& node);
-Logons ReadLogons(const JsonNode& node);
-Suite ReadSuite(const JsonNode& node);
+void Read(const JsonNode& members, std::vector<DeviceProperty>& properties);
 
-/// The value behind `key` where the object has it; otherwise `target` keeps its default.
-template <class Target, class Reader>
-void ReadIfPresent(const JsonObject& object, std::string_view key, Target& target, Reader reader) {
-    if (const auto node = object.Find(key)) {
-        target = std::invoke(reader, *node);
-    }
-}
+void Read(const JsonNode& node, Printer& printer);
+void Read(const JsonNode& node, PrinterDriver& driver);
+void Read(const JsonNode& node, Display& display);
+void Read(const JsonNode& node, DisplayPath& path);
+void Read(const JsonNode& node, DisplayMode& mode);
 
-/// The same for values that null makes absent.
-template <class Value, class Reader>
-void ReadNullable(const JsonObject& object, std::string_view key, std::optional<Value>& target,
-                  Reader reader) {
-    if (const auto node = object.Find(key)) {
-        target = node->IsNull() ? std::nullopt : std::optional<Value>(std::invoke(reader, *node));
-    }
-}
+void Read(const JsonNode& node, Logons& logons);
+void Read(const JsonNode& node, Session& session);
+
+void Read(const JsonNode& node, Firmware& firmware);
+void Read(const JsonNode& node, Suite& suite);
+void Read(const JsonNode& node, EcLogAnswer& answer);
+void Read(const JsonNode& node, RegistryPreset& preset);
+void Read(const JsonNode& node, Clocks& clocks);
+void Read(const JsonNode& node, std::map<std::wstring, FileVersion>& versions);
 
 }  // namespace simulation

@@ -4,11 +4,11 @@
 
 #include <vector>
 
+#include "common/text.h"
 #include "standins/board_info/board_info_control.h"
 #include "standins/board_info/smbios_table.h"
 #include "standins/common/callback_slot.h"
 #include "standins/common/state_lock.h"
-#include "standins/common/text.h"
 
 namespace {
 
@@ -47,8 +47,8 @@ std::vector<std::uint8_t> FirmwareTable() {
 Texts FirmwareTexts() {
     const std::vector<std::uint8_t> table = FirmwareTable();
     const standins::SmBiosTexts texts = standins::ParseSmBios(table.data(), table.size());
-    return {standins::ToWide(texts.boardProduct), standins::ToWide(texts.oemProduct),
-            standins::ToWide(texts.biosVersion)};
+    return {workbench::ToWide(texts.boardProduct), workbench::ToWide(texts.oemProduct),
+            workbench::ToWide(texts.biosVersion)};
 }
 
 Texts CurrentTexts() {
@@ -59,10 +59,6 @@ Texts CurrentTexts() {
 bool IsAvailable() {
     const ExclusiveLock exclusive(state.lock);
     return state.available && (!state.useFirmware || !FirmwareTable().empty());
-}
-
-std::wstring OrEmpty(const wchar_t* text) {
-    return text == nullptr ? std::wstring() : std::wstring(text);
 }
 
 }  // namespace
@@ -97,12 +93,7 @@ void BoardInfo_SetTexts(const wchar_t* boardProduct, const wchar_t* oemProduct,
                         const wchar_t* biosVersion) {
     const ExclusiveLock exclusive(state.lock);
     state.useFirmware = false;
-    state.texts = {OrEmpty(boardProduct), OrEmpty(oemProduct), OrEmpty(biosVersion)};
-}
-
-void BoardInfo_UseFirmware() {
-    const ExclusiveLock exclusive(state.lock);
-    state.useFirmware = true;
+    state.texts = {boardProduct, oemProduct, biosVersion};
 }
 
 void BoardInfo_SetObserver(BoardInfoObserver observer, void* context) {
@@ -110,7 +101,8 @@ void BoardInfo_SetObserver(BoardInfoObserver observer, void* context) {
 }
 
 void BoardInfo_Reset() {
-    BoardInfo_SetAvailable(1);
-    BoardInfo_UseFirmware();
     BoardInfo_SetObserver(nullptr, nullptr);
+    const ExclusiveLock exclusive(state.lock);
+    state.available = true;
+    state.useFirmware = true;
 }

@@ -14,15 +14,11 @@ typedef void (*BoardInfoObserver)(void* context, const char* operation);
 /// 0 makes GetInstance return null; 1, the default, lets the texts or the firmware decide.
 BOARD_INFO_API void BoardInfo_SetAvailable(int available);
 
-/// Answers with these texts instead of the firmware's. Null counts as empty.
+/// Answers with these texts. The default is the machine's own SMBIOS table, read at each call.
 BOARD_INFO_API void BoardInfo_SetTexts(const wchar_t* boardProduct, const wchar_t* oemProduct,
                                        const wchar_t* biosVersion);
 
-/// Answers from the machine's own SMBIOS table, read anew at each call. This is the default.
-BOARD_INFO_API void BoardInfo_UseFirmware(void);
-
-/// Replaces the observer; null removes it. After the return the previous one is not called any
-/// more.
+/// Null removes it. After the return the previous one is not called any more.
 BOARD_INFO_API void BoardInfo_SetObserver(BoardInfoObserver observer, void* context);
 
 /// Back to the defaults: available, from the firmware, no observer.

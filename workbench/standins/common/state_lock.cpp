@@ -7,31 +7,18 @@ namespace standins {
 
 bool ProcessIsEnding() { return RtlDllShutdownInProgress() != FALSE; }
 
-ExclusiveLock::ExclusiveLock(SRWLOCK& lockToHold) : lock(lockToHold) {
+StateLock::StateLock(SRWLOCK& lock, bool shared) : lock_(lock), shared_(shared) {
     if (ProcessIsEnding()) {
-        held = TryAcquireSRWLockExclusive(&lock) != 0;
+        held_ =
+            (shared_ ? TryAcquireSRWLockShared(&lock_) : TryAcquireSRWLockExclusive(&lock_)) != 0;
     } else {
-        AcquireSRWLockExclusive(&lock);
+        shared_ ? AcquireSRWLockShared(&lock_) : AcquireSRWLockExclusive(&lock_);
     }
 }
 
-ExclusiveLock::~ExclusiveLock() {
-    if (held) {
-        ReleaseSRWLockExclusive(&lock);
-    }
-}
-
-SharedLock::SharedLock(SRWLOCK& lockToHold) : lock(lockToHold) {
-    if (ProcessIsEnding()) {
-        held = TryAcquireSRWLockShared(&lock) != 0;
-    } else {
-        AcquireSRWLockShared(&lock);
-    }
-}
-
-SharedLock::~SharedLock() {
-    if (held) {
-        ReleaseSRWLockShared(&lock);
+StateLock::~StateLock() {
+    if (held_) {
+        shared_ ? ReleaseSRWLockShared(&lock_) : ReleaseSRWLockExclusive(&lock_);
     }
 }
 

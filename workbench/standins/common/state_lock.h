@@ -13,36 +13,31 @@ namespace standins {
 /// True once the process is ending and the calling thread is the only one left.
 bool ProcessIsEnding();
 
-/// Holds the lock alone, for the lifetime of this object.
-class ExclusiveLock {
+/// Holds a lock for the lifetime of this object.
+class StateLock {
 public:
-    explicit ExclusiveLock(SRWLOCK& lock);
-    ~ExclusiveLock();
-    ExclusiveLock(const ExclusiveLock&) = delete;
-    ExclusiveLock& operator=(const ExclusiveLock&) = delete;
+    StateLock(SRWLOCK& lock, bool shared);
+    ~StateLock();
+    StateLock(const StateLock&) = delete;
+    StateLock& operator=(const StateLock&) = delete;
 
     /// False only in a process that is ending.
-    bool IsHeld() const { return held; }
+    bool IsHeld() const { return held_; }
 
 private:
-    SRWLOCK& lock;
-    bool held = true;
+    SRWLOCK& lock_;
+    const bool shared_;
+    bool held_ = true;
 };
 
-/// Holds the lock together with other readers, for the lifetime of this object.
-class SharedLock {
-public:
-    explicit SharedLock(SRWLOCK& lock);
-    ~SharedLock();
-    SharedLock(const SharedLock&) = delete;
-    SharedLock& operator=(const SharedLock&) = delete;
+/// Holds the lock alone.
+struct ExclusiveLock : StateLock {
+    explicit ExclusiveLock(SRWLOCK& lock) : StateLock(lock, /*shared=*/false) {}
+};
 
-    /// False only in a process that is ending.
-    bool IsHeld() const { return held; }
-
-private:
-    SRWLOCK& lock;
-    bool held = true;
+/// Holds the lock together with other readers.
+struct SharedLock : StateLock {
+    explicit SharedLock(SRWLOCK& lock) : StateLock(lock, /*shared=*/true) {}
 };
 
 }  // namespace standins

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "standins/common/text.h"
+#include "common/text.h"
 
 namespace standins {
 namespace {
@@ -21,7 +21,7 @@ void WriteStandardLine(DWORD stream, std::wstring_view line) {
     const HANDLE output = GetStdHandle(stream);
     DWORD mode = 0;
     if (!GetConsoleMode(output, &mode)) {
-        WriteLine(output, ToUtf8(line));
+        WriteLine(output, workbench::ToUtf8(line));
         return;
     }
     std::wstring text(line);

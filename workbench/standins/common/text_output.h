@@ -25,6 +25,7 @@ public:
     /// the Win32 error code, and then keeps the previous file.
     DWORD Open(const wchar_t* path);
     void Close();
+    bool IsOpen() const { return file != INVALID_HANDLE_VALUE; }
 
     /// Appends the bytes and a line feed; does nothing while no file is open.
     void Write(std::string_view line);

@@ -20,10 +20,6 @@ struct State {
 
 State state;
 
-std::string OrEmpty(const char* text) {
-    return text == nullptr ? std::string() : std::string(text);
-}
-
 }  // namespace
 
 std::string AgreementSign::IsAgreeClause() {
@@ -42,13 +38,7 @@ std::string AgreementSign::IsAgreeClause() {
 void ConsentStore_SetAnswer(const char* text) { ConsentStore_SetAnswers(&text, 1); }
 
 void ConsentStore_SetAnswers(const char* const* texts, size_t count) {
-    std::deque<std::string> answers;
-    for (size_t i = 0; i < count; ++i) {
-        answers.push_back(OrEmpty(texts[i]));
-    }
-    if (answers.empty()) {
-        answers.emplace_back();
-    }
+    std::deque<std::string> answers(texts, texts + count);
     const ExclusiveLock exclusive(state.lock);
     state.answers = std::move(answers);
 }

@@ -8,12 +8,11 @@
 
 extern "C" {
 
-/// The stored answer to the data clause from now on; null counts as empty. The default is empty:
-/// the user was never asked, so nobody agreed.
+/// The stored answer to the data clause from now on. The default is empty: the user was never
+/// asked, so nobody agreed.
 CONSENT_STORE_API void ConsentStore_SetAnswer(const char* text);
 
-/// Answers to the next `count` questions, one each; the last one stays. None counts as one that is
-/// empty.
+/// Answers to the next `count` questions, at least one, one each; the last one stays.
 CONSENT_STORE_API void ConsentStore_SetAnswers(const char* const* texts, size_t count);
 
 /// How often the plug-in asked since the library was loaded or reset.

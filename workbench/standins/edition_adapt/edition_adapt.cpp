@@ -32,10 +32,6 @@ struct State {
 
 State state;
 
-std::string OrEmpty(const char* text) {
-    return text == nullptr ? std::string() : std::string(text);
-}
-
 void Observe(const char* operation, const char* name, const char* value) {
     state.observer.Call(operation, name, value);
 }
@@ -79,7 +75,7 @@ bool ZedSoftShelf::IsSupportProperty(const std::string& propertyName,
 
 void EditionAdapt_SetFeature(const char* name, int value) {
     const ExclusiveLock exclusive(state.lock);
-    state.edition.features[OrEmpty(name)] = value;
+    state.edition.features[name] = value;
 }
 
 void EditionAdapt_ClearFeatures() {
@@ -100,8 +96,8 @@ void EditionAdapt_SetShelf(int present, int supported) {
 
 void EditionAdapt_SetShelfProperty(const char* name, const char* value) {
     const ExclusiveLock exclusive(state.lock);
-    state.edition.propertyName = OrEmpty(name);
-    state.edition.propertyValue = OrEmpty(value);
+    state.edition.propertyName = name;
+    state.edition.propertyValue = value;
 }
 
 void EditionAdapt_SetObserver(EditionAdaptObserver observer, void* context) {

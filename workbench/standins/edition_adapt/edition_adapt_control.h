@@ -27,8 +27,7 @@ EDITION_ADAPT_API void EditionAdapt_SetShelf(int present, int supported);
 /// The one property that the shelf supports; "VRLoginGuide" with value "china" by default.
 EDITION_ADAPT_API void EditionAdapt_SetShelfProperty(const char* name, const char* value);
 
-/// Replaces the observer; null removes it. After the return the previous one is not called any
-/// more.
+/// Null removes it. After the return the previous one is not called any more.
 EDITION_ADAPT_API void EditionAdapt_SetObserver(EditionAdaptObserver observer, void* context);
 
 /// Back to the defaults named above, and no observer.

@@ -2,11 +2,90 @@
 
 #include "standins/common/callback_slot.h"
 #include "standins/file_kit/file_kit_control.h"
-#include "standins/file_kit/registry_access.h"
 
 namespace {
 
 standins::CallbackSlot<FileKitInterceptor> interceptor;
+
+// The registry: 32-bit integers as REG_DWORD, 64-bit integers as REG_QWORD. These functions return
+// 0 or the Win32 error code and have closed what they opened.
+
+/// An opened key, closed on every path.
+class RegistryKey {
+public:
+    RegistryKey() = default;
+    ~RegistryKey() {
+        if (key != nullptr) {
+            RegCloseKey(key);
+        }
+    }
+    RegistryKey(const RegistryKey&) = delete;
+    RegistryKey& operator=(const RegistryKey&) = delete;
+
+    LSTATUS Open(HKEY root, const wchar_t* subKey, REGSAM access) {
+        return RegOpenKeyExW(root, subKey, /*ulOptions=*/0, access, &key);
+    }
+
+    LSTATUS Create(HKEY root, const wchar_t* subKey, REGSAM access) {
+        return RegCreateKeyExW(root, subKey, /*Reserved=*/0, /*lpClass=*/nullptr,
+                               REG_OPTION_NON_VOLATILE, access, /*lpSecurityAttributes=*/nullptr,
+                               &key, /*lpdwDisposition=*/nullptr);
+    }
+
+    HKEY Get() const { return key; }
+
+private:
+    HKEY key = nullptr;
+};
+
+/// How an integer of this size is stored.
+constexpr DWORD TypeFor(std::int32_t) { return REG_DWORD; }
+constexpr DWORD TypeFor(std::int64_t) { return REG_QWORD; }
+
+/// ERROR_INVALID_DATATYPE when the value is there, but not an integer of this size. `value` is
+/// changed on success only.
+template <typename Integer>
+LSTATUS ReadInteger(HKEY root, const wchar_t* subKey, const wchar_t* valueName, REGSAM access,
+                    Integer& value) {
+    RegistryKey key;
+    LSTATUS status = key.Open(root, subKey, access);
+    if (status != ERROR_SUCCESS) {
+        return status;
+    }
+    Integer stored = 0;
+    DWORD type = REG_NONE;
+    DWORD size = sizeof(stored);
+    status = RegQueryValueExW(key.Get(), valueName, /*lpReserved=*/nullptr, &type,
+                              reinterpret_cast<BYTE*>(&stored), &size);
+    // A value too long for the buffer is of another type, too.
+    const bool found = status == ERROR_SUCCESS || status == ERROR_MORE_DATA;
+    if (found && (type != TypeFor(value) || size != sizeof(stored))) {
+        return ERROR_INVALID_DATATYPE;
+    }
+    if (status == ERROR_SUCCESS) {
+        value = stored;
+    }
+    return status;
+}
+
+/// Creates the key and the value where they do not exist.
+template <typename Integer>
+LSTATUS WriteInteger(HKEY root, const wchar_t* subKey, const wchar_t* valueName, REGSAM access,
+                     Integer value) {
+    RegistryKey key;
+    const LSTATUS status = key.Create(root, subKey, access);
+    if (status != ERROR_SUCCESS) {
+        return status;
+    }
+    return RegSetValueExW(key.Get(), valueName, /*Reserved=*/0, TypeFor(value),
+                          reinterpret_cast<const BYTE*>(&value), sizeof(value));
+}
+
+/// Success when the key can be opened.
+LSTATUS FindKey(HKEY root, const wchar_t* subKey, REGSAM access) {
+    RegistryKey key;
+    return key.Open(root, subKey, access);
+}
 
 /// Lets the interceptor answer, else `askRegistry`. Turns the status into result and last error;
 /// by then the key is closed, so that nothing disturbs the error number any more.
@@ -42,7 +121,7 @@ bool GetInteger(FileKitOperation operation, HKEY root, const std::wstring& subKe
         Answer(operation, root, subKey, valueName.c_str(), accessMask, answered, [&] {
             Integer stored = 0;
             const LSTATUS status =
-                standins::ReadInteger(root, subKey.c_str(), valueName.c_str(), accessMask, stored);
+                ReadInteger(root, subKey.c_str(), valueName.c_str(), accessMask, stored);
             answered = stored;
             return status;
         });
@@ -57,7 +136,7 @@ bool SetInteger(FileKitOperation operation, HKEY root, const std::wstring& subKe
                 const std::wstring& valueName, Integer value, unsigned int accessMask) {
     long long written = value;
     return Answer(operation, root, subKey, valueName.c_str(), accessMask, written, [&] {
-        return standins::WriteInteger(root, subKey.c_str(), valueName.c_str(), accessMask, value);
+        return WriteInteger(root, subKey.c_str(), valueName.c_str(), accessMask, value);
     });
 }
 
@@ -74,7 +153,7 @@ void Registry::SetRootKey(HKEY rootKey) { root = rootKey; }
 bool Registry::KeyExists(const std::wstring& subKey) const {
     long long unused = 0;
     return Answer(FILE_KIT_KEY_EXISTS, root, subKey, /*valueName=*/nullptr, KEY_READ, unused,
-                  [&] { return standins::FindKey(root, subKey.c_str(), KEY_READ); });
+                  [&] { return FindKey(root, subKey.c_str(), KEY_READ); });
 }
 
 bool Registry::GetValue(HKEY rootKey, const std::wstring& subKey, const std::wstring& valueName,
@@ -102,5 +181,3 @@ bool Registry::SetValue(HKEY rootKey, const std::wstring& subKey, const std::wst
 void FileKit_SetInterceptor(FileKitInterceptor newInterceptor, void* context) {
     interceptor.Set(newInterceptor, context);
 }
-
-void FileKit_Reset() { FileKit_SetInterceptor(nullptr, nullptr); }

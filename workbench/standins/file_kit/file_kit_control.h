@@ -29,11 +29,7 @@ typedef int (*FileKitInterceptor)(void* context, int operation, HKEY root, const
                                   const wchar_t* valueName, unsigned int accessMask,
                                   long long* value, unsigned long* error);
 
-/// Replaces the interceptor; null removes it. After the return the previous one is not called any
-/// more.
+/// Null removes it. After the return the previous one is not called any more.
 FILE_KIT_API void FileKit_SetInterceptor(FileKitInterceptor interceptor, void* context);
-
-/// Back to the default: no interceptor. The registry is left as it is.
-FILE_KIT_API void FileKit_Reset(void);
 
 }  // extern "C"

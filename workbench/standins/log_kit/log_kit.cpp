@@ -6,9 +6,9 @@
 #include <cwchar>
 #include <string>
 
+#include "common/text.h"
 #include "standins/common/callback_slot.h"
 #include "standins/common/state_lock.h"
-#include "standins/common/text.h"
 #include "standins/common/text_output.h"
 #include "standins/log_kit/log_kit_control.h"
 
@@ -64,7 +64,9 @@ void VrLogger::Log(LOG_MESSAGE_LEVEL level, std::wstringstream& stream) {
     if (state.console) {
         standins::WriteStandardLine(STD_OUTPUT_HANDLE, line);
     }
-    state.file.Write(standins::ToUtf8(line));
+    if (state.file.IsOpen()) {
+        state.file.Write(workbench::ToUtf8(line));
+    }
     state.sink.Call(static_cast<int>(level), text.c_str());
 }
 

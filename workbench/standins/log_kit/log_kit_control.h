@@ -10,7 +10,7 @@ extern "C" {
 /// the order in which console and file get them, on the thread that logs. It must not call LogKit.
 typedef void (*LogKitSink)(void* context, int level, const wchar_t* text);
 
-/// Replaces the sink; null removes it. After the return the previous sink is not called any more.
+/// Null removes it. After the return the previous one is not called any more.
 LOG_KIT_API void LogKit_SetSink(LogKitSink sink, void* context);
 
 /// Whether lines go to standard output, as "YYYY-MM-DD HH:MM:SS.mmm [3] text" in local time and

@@ -73,9 +73,3 @@ const PluginRegistrationInfo* ZedPluginsManager_At(size_t index) {
 void ZedPluginsManager_SetObserver(ZedPluginsManagerObserver observer, void* context) {
     state.observer.Set(observer, context);
 }
-
-void ZedPluginsManager_Reset() {
-    ZedPluginsManager_SetObserver(nullptr, nullptr);
-    const ExclusiveLock exclusive(state.lock);
-    state.registrations.clear();
-}

@@ -34,12 +34,8 @@ ZED_PLUGINS_MANAGER_API size_t ZedPluginsManager_Count(void);
 /// and is valid until that is unloaded.
 ZED_PLUGINS_MANAGER_API const PluginRegistrationInfo* ZedPluginsManager_At(size_t index);
 
-/// Replaces the observer; null removes it. After the return the previous one is not called any
-/// more.
+/// Null removes it. After the return the previous one is not called any more.
 ZED_PLUGINS_MANAGER_API void ZedPluginsManager_SetObserver(ZedPluginsManagerObserver observer,
                                                            void* context);
-
-/// Forgets all registrations and the observer.
-ZED_PLUGINS_MANAGER_API void ZedPluginsManager_Reset(void);
 
 }  // extern "C"

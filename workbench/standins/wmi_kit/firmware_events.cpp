@@ -33,12 +33,18 @@ bool FirmwareEvents::Unsubscribe(Subscriber subscriber) {
 }
 
 int FirmwareEvents::Deliver(unsigned int code) {
+    /// Ends it also when an exception leaves the callback.
+    struct ScopedDelivery {
+        FirmwareEvents& events;
+        const Subscriber subscriber;
+        ~ScopedDelivery() { events.EndDelivery(subscriber); }
+    };
     int delivered = 0;
     for (const Subscriber subscriber : SubscribersNow()) {
         const VrSDK::BiosEventCallback callback = BeginDelivery(subscriber);
         if (callback != nullptr) {
+            const ScopedDelivery delivery{*this, subscriber};
             callback(code);
-            EndDelivery(subscriber);
             ++delivered;
         }
     }

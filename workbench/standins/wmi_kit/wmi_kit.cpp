@@ -38,7 +38,9 @@ struct State {
     standins::FirmwareEvents events;
 };
 
-State state;
+// Never destroyed: at the end of the process, the threads that were terminated may have been busy
+// with it.
+State& state = *new State;
 
 void Observe(const char* operation) {
     state.observer.Call(operation, static_cast<const void*>(nullptr), std::size_t{0});

@@ -36,8 +36,7 @@ WMI_KIT_API void WmiKit_SetStartResult(int result);
 /// StopEventMonitor waits for deliveries under way, unless it is called from within one.
 WMI_KIT_API int WmiKit_FireFirmwareEvent(unsigned int code);
 
-/// Replaces the observer; null removes it. After the return the previous one is not called any
-/// more.
+/// Null removes it. After the return the previous one is not called any more.
 WMI_KIT_API void WmiKit_SetObserver(WmiKitObserver observer, void* context);
 
 /// Back to the defaults for answer, start result and observer. Subscriptions stay.

@@ -5,14 +5,14 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "standins/common/text.h"
+#include "common/text.h"
 
 namespace standins {
 namespace {
 
 /// Texts from the firmware arrive in the ANSI code page, the device lists in UTF-8; JSON takes only
 /// the latter.
-std::string AsUtf8(const std::string& bytes) { return ToUtf8(ToWide(bytes)); }
+std::string AsUtf8(const std::string& bytes) { return workbench::ToUtf8(workbench::ToWide(bytes)); }
 
 std::string UtcNow() {
     SYSTEMTIME now = {};

@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
+#include "common/text.h"
 #include "standins/common/callback_slot.h"
 #include "standins/common/state_lock.h"
-#include "standins/common/text.h"
 #include "standins/common/text_output.h"
 #include "standins/xeevent/event_content.h"
 #include "standins/xeevent/xeevent_control.h"
@@ -25,7 +25,7 @@ State state;
 
 void Warn(const std::string& text) {
     if (!state.warningSink.Call(text.c_str())) {
-        standins::WriteStandardLine(STD_ERROR_HANDLE, L"xeevent: " + standins::ToWide(text));
+        standins::WriteStandardLine(STD_ERROR_HANDLE, L"xeevent: " + workbench::ToWide(text));
     }
 }
 
@@ -62,7 +62,9 @@ void XeView::Report(XeEvent& event) {
     for (const std::string& sentence : standins::ExceededLimits(id, fields)) {
         Warn(sentence);
     }
-    state.record.Write(standins::EventRecord(id, fields));
+    if (state.record.IsOpen()) {
+        state.record.Write(standins::EventRecord(id, fields));
+    }
     state.sink.Call(id, views.data(), views.size());
 }
 

@@ -25,7 +25,7 @@ typedef void (*XeEventSink)(void* context, int eventId, const XeEventField* fiel
 /// Receives, in UTF-8, what is wrong with an event. It must not call xeevent.
 typedef void (*XeEventWarningSink)(void* context, const char* text);
 
-/// Replaces the sink; null removes it. After the return the previous sink is not called any more.
+/// Null removes it. After the return the previous one is not called any more.
 XEEVENT_API void XeEvent_SetSink(XeEventSink sink, void* context);
 
 /// From now on appends each event to the file as one line of JSON, and closes the previous file:

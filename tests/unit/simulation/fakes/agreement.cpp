@@ -5,6 +5,7 @@
 #include "sample_machine.h"
 #include "simulation/simulated_machine.h"
 #include "simulation/well_known.h"
+#include "support/real_devices.h"
 
 namespace simulation {
 namespace {
@@ -69,15 +70,13 @@ LONG Subject::NameSource(UINT32 requestSize, LUID adapter, UINT32 id, int kind) 
 LONG Outcome(BOOL result) { return result ? 0 : static_cast<LONG>(GetLastError()); }
 
 void ExpectSameAnswers(const std::vector<Question>& questions) {
+    test_support::WaitForRealDevices();
     const std::vector<LONG> real =
         AskAll(questions, {"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CurrentVersion"});
-    Machine machine = KeyboardMachine();
-    machine.display = TwoMonitorMachine().display;
+    Machine machine = SampleMachine();
+    machine.fileVersions[kVersionedFile] = {{10, 0, 0, 0}, {10, 0, 0, 0}};
     SimulatedMachine simulated(GetModuleHandleW(nullptr), machine);
-    const std::vector<LONG> answers =
-        AskAll(questions, {"SYSTEM\\CurrentControlSet\\Enum\\DISPLAY\\HEL1234\\"
-                           "5&2a3b4c&0&UID4352\\Device Parameters",
-                           "EDID"});
+    const std::vector<LONG> answers = AskAll(questions, {kMonitorKey, "EDID"});
     for (std::size_t i = 0; i < questions.size(); ++i) {
         EXPECT_EQ(answers[i], real[i]) << questions[i].text;
     }

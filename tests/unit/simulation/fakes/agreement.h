@@ -9,6 +9,9 @@
 
 namespace simulation {
 
+/// It exists and has a version resource.
+inline constexpr wchar_t kVersionedFile[] = L"C:\\windows\\system32\\kernel32.dll";
+
 /// A registry value that exists.
 struct Value {
     const char* key;

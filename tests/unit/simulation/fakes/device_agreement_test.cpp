@@ -164,6 +164,12 @@ TEST(DeviceFakesAndTheSystem, AnswerAlike) {
              return Outcome(SetupDiGetDeviceInterfaceDetailW(nullptr, &s.offered, s.detail,
                                                              sizeof(s.block), nullptr, nullptr));
          }},
+        {"destroy a set twice",
+         [](Subject&) {
+             const HDEVINFO set = SetupDiGetClassDevsW(nullptr, nullptr, nullptr, DIGCF_ALLCLASSES);
+             EXPECT_TRUE(SetupDiDestroyDeviceInfoList(set));
+             return Outcome(SetupDiDestroyDeviceInfoList(set));
+         }},
         {"destroy no set",
          [](Subject&) { return Outcome(SetupDiDestroyDeviceInfoList(INVALID_HANDLE_VALUE)); }},
         {"open a HID device that is not there",
@@ -177,6 +183,8 @@ TEST(DeviceFakesAndTheSystem, AnswerAlike) {
          [](Subject& s) { return Outcome(HidD_GetProductString(s.file, s.text, 260)); }},
         {"HID text into a buffer that is too small",
          [](Subject& s) { return Outcome(HidD_GetProductString(s.file, s.text, 8)); }},
+        {"HID text into nothing",
+         [](Subject& s) { return Outcome(HidD_GetProductString(s.file, nullptr, 0)); }},
         {"HID text of no device",
          [](Subject& s) {
              return Outcome(HidD_GetManufacturerString(INVALID_HANDLE_VALUE, s.text, 260));

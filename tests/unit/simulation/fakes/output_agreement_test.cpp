@@ -24,6 +24,15 @@ TEST(OutputFakesAndTheSystem, AnswerAlike) {
              return Outcome(
                  EnumPrintersW(PRINTER_ENUM_LOCAL, nullptr, 9, nullptr, 0, &s.size, &s.count));
          }},
+        {"printers of no kind",
+         [](Subject& s) {
+             return Outcome(EnumPrintersW(0, nullptr, 2, nullptr, 0, &s.size, &s.count));
+         }},
+        {"open a printer without a name",
+         [](Subject& s) {
+             wchar_t name[] = L"";
+             return Outcome(OpenPrinterW(name, &s.printer, nullptr));
+         }},
         {"open a printer that is not there",
          [](Subject& s) {
              wchar_t name[] = L"No such queue";
@@ -45,6 +54,12 @@ TEST(OutputFakesAndTheSystem, AnswerAlike) {
                  Outcome(GetPrinterDriverW(s.printer, nullptr, 6, nullptr, 0, &s.size));
              EXPECT_TRUE(ClosePrinter(s.printer));
              return outcome;
+         }},
+        {"close a printer twice",
+         [](Subject& s) {
+             EXPECT_TRUE(OpenPrinterW(nullptr, &s.printer, nullptr));
+             EXPECT_TRUE(ClosePrinter(s.printer));
+             return Outcome(ClosePrinter(s.printer));
          }},
         {"close no printer", [](Subject&) { return Outcome(ClosePrinter(nullptr)); }},
         {"display counts of nothing",
@@ -107,6 +122,10 @@ TEST(OutputFakesAndTheSystem, AnswerAlike) {
                  HKEY_LOCAL_MACHINE,
                  "SYSTEM\\CurrentControlSet\\Enum\\DISPLAY\\NONE\\1\\Device Parameters", 0,
                  KEY_READ, &key);
+         }},
+        {"value of no key",
+         [](Subject& s) {
+             return RegQueryValueExA(nullptr, s.value.name, nullptr, nullptr, nullptr, &s.size);
          }},
         {"size of a value",
          [](Subject& s) {

@@ -1,7 +1,7 @@
 // A list of any length of which only the rows in sight exist.
 
 class RowList {
-    /** `fill` returns the content of one row, `choose` is told what the person selects. */
+    /** `fill` returns the content of one row, `choose` gets what the person selects. */
     constructor(box, rowHeight, fill, choose) {
         this.box = box;
         this.rowHeight = rowHeight;

@@ -1,2 +1,0 @@
-// A program of which only the version resource matters.
-int main() { return 0; }
