@@ -11,14 +11,14 @@
 #include "platform/file_kit.h"
 #include "report/data_report_time.h"
 #include "report/log_line.h"
-#include "util/module_instance.h"
+#include "util/kept_at_process_end.h"
 #include "util/module_reference.h"
 
 namespace DeviceReporter {
 
 namespace {
 
-ModuleInstance<ReportDeviceInfo> reporterInstance;
+KeptAtProcessEnd<ReportDeviceInfo> reporterInstance;
 
 constexpr char kInitName[] = "DeviceReporter::ReportDeviceInfo::Init";
 constexpr char kDoReportName[] = "DeviceReporter::ReportDeviceInfo::DoReportDevices";

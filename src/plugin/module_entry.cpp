@@ -6,7 +6,7 @@
 #include <string>
 
 #include "plugin/plugin_registration.h"
-#include "util/process_end.h"
+#include "util/kept_at_process_end.h"
 #include "util/scoped_handle.h"
 
 namespace {
@@ -73,7 +73,7 @@ BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, LPVOID reserved) {
         case DLL_PROCESS_DETACH:
             // Set when the process ends, null when the library is unloaded.
             if (reserved != nullptr) {
-                NoteProcessEnd();
+                processIsEnding = true;
             }
             CallPluginsManager("UnRegisterPlugin");
             return TRUE;

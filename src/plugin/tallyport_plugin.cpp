@@ -9,7 +9,7 @@
 #include "reporters/report_bios_info.h"
 #include "reporters/report_ec_log_info.h"
 #include "reporters/report_popup_block_info.h"
-#include "util/module_instance.h"
+#include "util/kept_at_process_end.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ constexpr unsigned int kECLogEventCode = 675;
 
 const ReportBiosInfo biosReporter;
 const ReportPopUpBlockInfo popUpBlockReporter;
-ModuleInstance<VrSDK::BiosEventMonitor> biosEventMonitor;
+KeptAtProcessEnd<VrSDK::BiosEventMonitor> biosEventMonitor;
 /// Whether the latest subscription succeeded. Stop leaves it as it is. Start and Stop run on the
 /// host's thread.
 bool biosEventMonitorStarted = false;

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "report/log_line.h"
-#include "util/module_instance.h"
+#include "util/kept_at_process_end.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ constexpr std::chrono::seconds kClockSlack{10};
 }  // namespace
 
 TimerReportMgr& TimerReportMgr::GetInstance() {
-    static ModuleInstance<TimerReportMgr> instance;
+    static KeptAtProcessEnd<TimerReportMgr> instance;
     return *instance;
 }
 
