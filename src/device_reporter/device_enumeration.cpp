@@ -86,11 +86,11 @@ void ReadHidInterfaces(HDEVINFO set, SP_DEVINFO_DATA& device, DeviceInfo& record
 }
 
 DeviceInfo ReadDevice(HDEVINFO set, SP_DEVINFO_DATA& device, const std::wstring& instanceId,
-                      bool readHidInterfaces) {
+                      bool readHidInterfaces, PropertyBuffer& buffer) {
     DeviceInfo record;
     record.instanceId = instanceId;
     record.isRemovable = IsRemovable(device.DevInst);
-    ReadDeviceProperties(set, device, record);
+    ReadDeviceProperties(set, device, buffer, record);
     record.vendorId = GetVendorId(instanceId);
     if (readHidInterfaces) {
         ReadHidInterfaces(set, device, record);
@@ -110,6 +110,8 @@ bool AddDevices(const FillOptions& options, DeviceMap& devices) {
                      "fail to get class devs, lastError = ", error);
         return false;
     }
+    // Owned by the fill and cleared before each property.
+    PropertyBuffer buffer;
     SP_DEVINFO_DATA device{};
     device.cbSize = sizeof(device);
     for (DWORD index = 0; SetupDiEnumDeviceInfo(set.Get(), index, &device); ++index) {
@@ -119,8 +121,8 @@ bool AddDevices(const FillOptions& options, DeviceMap& devices) {
         if (!instanceId || devices.count(*instanceId) != 0) {
             continue;
         }
-        devices.emplace(*instanceId,
-                        ReadDevice(set.Get(), device, *instanceId, options.readHidInterfaces));
+        devices.emplace(*instanceId, ReadDevice(set.Get(), device, *instanceId,
+                                                options.readHidInterfaces, buffer));
         if (IsFull(devices, options.functionName)) {
             break;
         }
