@@ -48,14 +48,15 @@ bool GetValueFromReg(const std::wstring& regPath, std::string& edid) {
         WriteLogLine(LOG_LEVEL_NORMAL, kValueName, "edidFullPath is empty!");
         return false;
     }
-    // Outlives the key, which is closed first.
-    std::unique_ptr<BYTE[]> outValue;
-    ScopedRegistryKey key;
+    HKEY opened = nullptr;
     if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, edidFullPath.c_str(), /*ulOptions=*/0, KEY_READ,
-                      key.Receive()) != ERROR_SUCCESS) {
+                      &opened) != ERROR_SUCCESS) {
         WriteLogLine(LOG_LEVEL_NORMAL, kValueName, "RegOpenKeyExA Failed! edidFullPath:", regPath);
         return false;
     }
+    // Outlives the key, which is closed first.
+    std::unique_ptr<BYTE[]> outValue;
+    ScopedRegistryKey key(opened);
     DWORD type = REG_BINARY;
     DWORD size = 0;
     const LSTATUS sizeResult = RegQueryValueExA(key.Get(), "EDID", /*lpReserved=*/nullptr, &type,

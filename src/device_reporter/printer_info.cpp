@@ -47,24 +47,31 @@ DeviceInfo MakePrinterRecord(const PRINTER_INFO_2W& printer) {
 
 bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count) {
     count = 0;
-    DWORD blockSize = 0;
-    DWORD needed = 0;
     DWORD returned = 0;
-    const auto enumPrinters = [&blockSize, &needed, &returned](BYTE* block, DWORD size) {
-        blockSize = size;
+    const auto enumPrinters = [&returned](BYTE* block, DWORD size, DWORD& needed) {
         return EnumPrintersW(PRINTER_ENUM_LOCAL, /*Name=*/nullptr, /*Level=*/2, block, size,
                              &needed, &returned);
     };
-    if (!RunSpoolerQuery(kListTexts, enumPrinters, needed, printerInfoList)) {
+    DWORD filled = 0;
+    const auto askSize = [&enumPrinters](DWORD& needed) {
+        return enumPrinters(/*block=*/nullptr, /*size=*/0, needed);
+    };
+    const auto fetch = [&enumPrinters, &filled](BYTE* block, DWORD size) {
+        // Kept: a spooler that leaves the size alone the second time still needs that of the first.
+        filled = size;
+        return enumPrinters(block, size, filled);
+    };
+    DWORD blockSize = 0;
+    if (!RunSpoolerQuery(kListTexts, askSize, fetch, printerInfoList, blockSize)) {
         return false;
     }
     if (!printerInfoList) {
         return true;
     }
-    // Nobody keeps a spooler from telling a size beyond that of the block.
-    if (std::min(blockSize, needed) < std::uint64_t{returned} * sizeof(PRINTER_INFO_2W)) {
+    // A spooler may tell a size beyond that of the block.
+    if (std::min(blockSize, filled) < std::uint64_t{returned} * sizeof(PRINTER_INFO_2W)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kListTexts.functionName,
-                     "printer list data error, dwReturned=", returned, ", dwNeeded=", needed);
+                     "printer list data error, dwReturned=", returned, ", dwNeeded=", filled);
         return false;
     }
     count = returned;
@@ -107,7 +114,6 @@ bool UpdatePrinterDriverInfo(const std::wstring& printerName, DeviceInfo& record
         WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "fail to open printer");
         return false;
     }
-    // Owned only now: what a failed call leaves behind is not a printer to close.
     const ScopedPrinter printer(opened);
     std::unique_ptr<BYTE[]> driverInfo;
     if (!GetPrinterDriverInfo(printer.Get(), driverInfo)) {
@@ -129,20 +135,24 @@ bool UpdatePrinterDriverInfo(const std::wstring& printerName, DeviceInfo& record
 }
 
 bool GetPrinterDriverInfo(HANDLE printer, std::unique_ptr<BYTE[]>& driverInfo) {
-    DWORD needed = 0;
-    DWORD returned = 0;
-    const auto getDriver = [printer, &needed, &returned](BYTE* block, DWORD size) {
-        // The second call's size is kept apart: it says how much of the block was filled, which
-        // may be a lie beyond the block's own size.
-        return GetPrinterDriverW(printer, /*pEnvironment=*/nullptr, /*Level=*/6, block, size,
-                                 block == nullptr ? &needed : &returned);
+    const auto askSize = [printer](DWORD& needed) {
+        return GetPrinterDriverW(printer, /*pEnvironment=*/nullptr, /*Level=*/6,
+                                 /*pDriverInfo=*/nullptr, /*cbBuf=*/0, &needed);
     };
-    if (!RunSpoolerQuery(kDriverTexts, getDriver, needed, driverInfo)) {
+    DWORD filled = 0;
+    const auto fetch = [printer, &filled](BYTE* block, DWORD size) {
+        return GetPrinterDriverW(printer, /*pEnvironment=*/nullptr, /*Level=*/6, block, size,
+                                 &filled);
+    };
+    DWORD blockSize = 0;
+    if (!RunSpoolerQuery(kDriverTexts, askSize, fetch, driverInfo, blockSize)) {
         return false;
     }
-    if (driverInfo && std::min(needed, returned) < sizeof(DRIVER_INFO_6W)) {
+    // Kept: unlike in the list, a size that the second call leaves alone counts as nothing. It may
+    // also be a lie beyond the block's own size.
+    if (driverInfo && std::min(blockSize, filled) < sizeof(DRIVER_INFO_6W)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kDriverTexts.functionName,
-                     "printer driver data error, dwReturned=", returned, ", dwNeeded=", needed);
+                     "printer driver data error, dwReturned=", filled, ", dwNeeded=", blockSize);
         return false;
     }
     return true;

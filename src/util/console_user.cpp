@@ -91,9 +91,12 @@ std::wstring GetUserSid(const std::wstring& accountName) {
 }
 
 std::wstring GetSessionUserName(unsigned long sessionId) {
-    ScopedKernelHandle token;
+    HANDLE received = nullptr;
+    const BOOL queried = WTSQueryUserToken(sessionId, &received);
+    // Kept: a result other than TRUE counts as a failure, but a token that came with it is closed.
+    ScopedKernelHandle token(received);
     std::optional<ScopedImpersonation> impersonation;
-    if (WTSQueryUserToken(sessionId, token.Receive()) == TRUE) {
+    if (queried == TRUE) {
         impersonation.emplace(token.Get());
     }
     wchar_t name[kNameCapacity] = {};
