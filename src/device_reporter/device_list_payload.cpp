@@ -31,6 +31,7 @@ std::vector<DeviceList> BuildDeviceLists(const ReportDeviceInfo& reporter) {
     ClassifyDevices(reporter, hidDevices, bluetoothDevices, otherDevices);
     const std::vector<DeviceInfo> printers = ListPrinters();
     std::vector<DeviceInfo> displays;
+    // The result is dropped: it is always true.
     AppendDisplayDevices(displays);
     return {
         {"HIDList", SerializeDeviceList(hidDevices, /*withName=*/true)},

@@ -32,6 +32,7 @@ DeviceInfo MakeMonitorRecord(const DisplayInfo& display) {
 
 bool AppendDisplayDevices(std::vector<DeviceInfo>& devices) {
     std::vector<DisplayInfo> displays;
+    // Kept: after a failure, which is logged, the displays described by then are dropped.
     if (GetDisplayInfo(displays)) {
         for (const DisplayInfo& display : displays) {
             devices.push_back(MakeMonitorRecord(display));

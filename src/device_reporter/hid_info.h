@@ -1,4 +1,4 @@
-// What a HID device tells about itself.
+// The texts that a HID device itself gives.
 #pragma once
 
 #include <windows.h>

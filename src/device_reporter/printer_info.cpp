@@ -23,8 +23,8 @@ constexpr SpoolerQueryTexts kListTexts = {"DeviceReporter::EnumPrinterList",
                                           "EnumPrinters fail 2, lastError="};
 constexpr SpoolerQueryTexts kDriverTexts = {"DeviceReporter::GetPrinterDriverInfo",
                                             "GetPrinterDriver fail 2, lastError="};
-constexpr char kParseName[] = "DeviceReporter::ParsePrinters";
-constexpr char kUpdateName[] = "DeviceReporter::UpdatePrinterDriverInfo";
+constexpr char kParsePrintersFunction[] = "DeviceReporter::ParsePrinters";
+constexpr char kUpdatePrinterDriverInfoFunction[] = "DeviceReporter::UpdatePrinterDriverInfo";
 constexpr std::size_t kMaxIdPartLength = 8;
 
 /// The first characters of a text that may be null.
@@ -38,7 +38,7 @@ DeviceInfo MakePrinterRecord(const PRINTER_INFO_2W& printer) {
     record.name = printer.pPrinterName;
     record.description = printer.pDriverName;
     record.className = L"Printer";
-    // A queue has no vendor id; its data type and port tell its kind instead.
+    // A queue has no vendor id; its data type and port take that place.
     record.vendorId = AppendUnique(CutIdPart(printer.pDatatype), CutIdPart(printer.pPortName));
     return record;
 }
@@ -80,17 +80,19 @@ bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count) {
 
 bool ParsePrinters(const BYTE* printerInfoList, DWORD count, std::vector<DeviceInfo>& printers) {
     if (printerInfoList == nullptr) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kParseName, "printerInfoList is null");
+        WriteLogLine(LOG_LEVEL_NORMAL, kParsePrintersFunction, "printerInfoList is null");
         return false;
     }
     const auto* const entries = reinterpret_cast<const PRINTER_INFO_2W*>(printerInfoList);
     for (DWORD i = 0; i < count; ++i) {
         const PRINTER_INFO_2W& printer = entries[i];
         if (printer.pDriverName == nullptr || printer.pPrinterName == nullptr) {
-            WriteLogLine(LOG_LEVEL_NORMAL, kParseName, "driver name or printer name is empty");
+            WriteLogLine(LOG_LEVEL_NORMAL, kParsePrintersFunction,
+                         "driver name or printer name is empty");
             continue;
         }
         DeviceInfo record = MakePrinterRecord(printer);
+        // The result is dropped: a queue without driver information is reported all the same.
         UpdatePrinterDriverInfo(printer.pPrinterName, record);
         printers.push_back(std::move(record));
     }
@@ -102,6 +104,7 @@ std::vector<DeviceInfo> ListPrinters() {
     std::unique_ptr<BYTE[]> printerInfoList;
     DWORD count = 0;
     if (EnumPrinterList(printerInfoList, count)) {
+        // The result is dropped: without a list, which is logged, there are no records.
         ParsePrinters(printerInfoList.get(), count, printers);
     }
     return printers;
@@ -111,17 +114,18 @@ bool UpdatePrinterDriverInfo(const std::wstring& printerName, DeviceInfo& record
     HANDLE opened = nullptr;
     // The parameter is not const, but the name is only read.
     if (!OpenPrinterW(const_cast<wchar_t*>(printerName.c_str()), &opened, /*pDefault=*/nullptr)) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "fail to open printer");
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdatePrinterDriverInfoFunction, "fail to open printer");
         return false;
     }
     const ScopedPrinter printer(opened);
     std::unique_ptr<BYTE[]> driverInfo;
     if (!GetPrinterDriverInfo(printer.Get(), driverInfo)) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "fail to get printer driver info");
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdatePrinterDriverInfoFunction,
+                     "fail to get printer driver info");
         return false;
     }
     if (!driverInfo) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "driverInfo is null");
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdatePrinterDriverInfoFunction, "driverInfo is null");
         return false;
     }
     const auto& driver = *reinterpret_cast<const DRIVER_INFO_6W*>(driverInfo.get());

@@ -20,8 +20,8 @@ namespace {
 
 KeptAtProcessEnd<ReportDeviceInfo> reporterInstance;
 
-constexpr char kInitName[] = "DeviceReporter::ReportDeviceInfo::Init";
-constexpr char kDoReportName[] = "DeviceReporter::ReportDeviceInfo::DoReportDevices";
+constexpr char kInitFunction[] = "DeviceReporter::ReportDeviceInfo::Init";
+constexpr char kDoReportDevicesFunction[] = "DeviceReporter::ReportDeviceInfo::DoReportDevices";
 constexpr wchar_t kReportCountValueName[] = L"ReportDevicesCount";
 /// The value of the feature switch on machines that report devices.
 constexpr int kFeatureReportsDevices = 3;
@@ -75,6 +75,7 @@ void PostToMonitor(HWND msgWindow, UINT message, const char* functionName) {
         WriteLogLine(LOG_LEVEL_NORMAL, functionName, "msgWindow is null");
         return;
     }
+    // The result is dropped: a window that is gone already gets nothing, without a line.
     PostMessageW(msgWindow, message, /*wParam=*/0, /*lParam=*/0);
 }
 
@@ -84,13 +85,14 @@ ReportDeviceInfo& ReportDeviceInfo::GetInstance() { return *reporterInstance; }
 
 bool ReportDeviceInfo::Init() {
     int feature = 0;
+    // The result is dropped: a feature that is not known leaves 0.
     EditionAdapt::FeatureSwitch::GetInstance().QueryFeature("ReportDeviceList", feature);
     if (feature != kFeatureReportsDevices) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kInitName, "machine type not support");
+        WriteLogLine(LOG_LEVEL_NORMAL, kInitFunction, "machine type not support");
         return false;
     }
     if (!IsRegionSupported()) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kInitName, "oversea version");
+        WriteLogLine(LOG_LEVEL_NORMAL, kInitFunction, "oversea version");
         return false;
     }
     ReportDeviceInfo& reporter = GetInstance();
@@ -133,12 +135,14 @@ void ReportDeviceInfo::DoReportDevices() {
         return;
     }
     if (AgreementSign::IsAgreeClause() != kAgreed) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kDoReportName,
+        // Kept: the line asks a second time and shows that answer. The consent library has always
+        // been asked twice for each list that is refused.
+        WriteLogLine(LOG_LEVEL_NORMAL, kDoReportDevicesFunction,
                      "IsAgreeClause = ", AgreementSign::IsAgreeClause().c_str());
         return;
     }
     if (reportCount < kMaxReportCount) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kDoReportName, "Peripheral list");
+        WriteLogLine(LOG_LEVEL_NORMAL, kDoReportDevicesFunction, "Peripheral list");
         SendDeviceList(*this);
         lastReportTime = SteadyNow();
         ++reportCount;

@@ -51,8 +51,9 @@ void StopBiosEvents() {
     if (!biosEventMonitorStarted) {
         return;
     }
-    // The library's stop gets a thread of its own, so that nothing that the host's thread holds
-    // (a COM apartment, an impersonation) is in its way.
+    // Kept: the library's stop has always run on a short thread of its own, and nobody knows
+    // whether it would cope with the host's. Its result is dropped: there is nothing to do about a
+    // failure.
     std::thread([] { biosEventMonitor->StopEventMonitor(); }).join();
 }
 

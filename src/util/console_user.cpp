@@ -102,7 +102,7 @@ std::wstring GetSessionUserName(unsigned long sessionId) {
     wchar_t name[kNameCapacity] = {};
     ULONG size = kNameCapacity;
     // Asked for whether or not the impersonation took place: without it, the thread's own account
-    // answers.
+    // answers. The result is dropped: after a failure the name is empty.
     GetUserNameExW(NameSamCompatible, name, &size);
     impersonation.reset();
     token.Reset();
