@@ -152,8 +152,8 @@ TEST_P(FailingCalls, EndAsLaidDown) {
         }
     }
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-    std::printf("%-36s %4zu runs in %4.1f s, %zu ended other than laid down\n", GetParam().c_str(),
-                runs.size(), seconds.count(), wrong);
+    std::printf("%-36s %4zu runs in %4.1f s, %zu ended badly\n", GetParam().c_str(), runs.size(),
+                seconds.count(), wrong);
     program.runs += runs.size();
     program.wrong += wrong;
 }
