@@ -6,6 +6,7 @@
 // Behind <windows.h>, which it needs.
 #include <hidclass.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 

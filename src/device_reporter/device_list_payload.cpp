@@ -1,6 +1,7 @@
 #include "device_reporter/device_list_payload.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>

@@ -1,5 +1,6 @@
 #include "device_reporter/display_devices.h"
 
+#include <cstddef>
 #include <string>
 
 #include "device_reporter/device_text.h"

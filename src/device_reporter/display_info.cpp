@@ -1,5 +1,6 @@
 #include "device_reporter/display_info.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "device_reporter/edid_registry.h"

@@ -6,6 +6,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 
 #include "device_reporter/scoped_device_handles.h"

@@ -13,6 +13,7 @@
 #include "report/log_line.h"
 #include "util/kept_at_process_end.h"
 #include "util/module_reference.h"
+#include "util/scoped_handle.h"
 
 namespace DeviceReporter {
 

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "platform/plugins_manager.h"
 #include "plugin/plugin_registration.h"
 #include "util/kept_at_process_end.h"
 #include "util/scoped_handle.h"

@@ -6,6 +6,7 @@
 
 #include "report/log_line.h"
 #include "util/kept_at_process_end.h"
+#include "util/module_reference.h"
 
 namespace {
 
