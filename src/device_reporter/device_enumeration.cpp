@@ -142,7 +142,7 @@ bool AddAllDevicesToMap(DeviceMap& devices) {
 }
 
 bool AddDeviceInterfaceToMap(const GUID& interfaceClass, DeviceMap& devices) {
-    // Whatever the class is, a device may have HID interfaces as well.
+    // Whatever the class is, a device may have HID interfaces too.
     return AddDevices({&interfaceClass, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE,
                        /*readHidInterfaces=*/true, "DeviceReporter::AddDeviceInterfaceToMap"},
                       devices);

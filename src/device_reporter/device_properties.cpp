@@ -52,7 +52,7 @@ void SetDeviceProperty(DeviceInfo& record, const PropertyField& property,
 void ReadDeviceProperties(HDEVINFO devices, SP_DEVINFO_DATA& device, PropertyBuffer& buffer,
                           DeviceInfo& record) {
     for (const PropertyField& property : kPropertyFields) {
-        // A string without terminator then ends behind what was read, not in an older property.
+        // A string without terminator then ends where the read ended, not in an older property.
         std::memset(buffer, 0, sizeof(buffer));
         DEVPROPTYPE type = DEVPROP_TYPE_EMPTY;
         if (SetupDiGetDevicePropertyW(devices, &device, &property.key, &type,

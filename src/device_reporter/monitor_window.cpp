@@ -49,7 +49,7 @@ private:
 
 void RunMessageLoop() {
     MSG message{};
-    // An error result of -1 goes on as well.
+    // Kept: an error, -1, does not end the loop.
     while (GetMessageW(&message, /*hWnd=*/nullptr, /*wMsgFilterMin=*/0, /*wMsgFilterMax=*/0) != 0) {
         if (message.message == WM_QUIT) {
             WriteLogLine(LOG_LEVEL_NORMAL, kMonitorThreadProcFunction, "recv quit message");
@@ -116,7 +116,7 @@ LRESULT CALLBACK ReportDeviceInfo::WindowProc(HWND window, UINT message, WPARAM 
     if (reporter != nullptr) {
         reporter->HandleMessage(window, message, wParam, lParam);
     }
-    // Handled or not, every message gets its default handling as well.
+    // Handled or not, every message gets its default handling too.
     const LRESULT result = DefWindowProcW(window, message, wParam, lParam);
     if (message == WM_NCDESTROY) {
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);

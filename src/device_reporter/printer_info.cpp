@@ -69,7 +69,7 @@ bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count) {
     if (!printerInfoList) {
         return true;
     }
-    // A spooler may tell a size beyond that of the block.
+    // A spooler may report a size beyond that of the block.
     if (std::min(blockSize, filled) < std::uint64_t{returned} * sizeof(PRINTER_INFO_2W)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kListTexts.functionName,
                      "printer list data error, dwReturned=", returned, ", dwNeeded=", filled);

@@ -51,7 +51,7 @@ bool CallPluginsManager(const char* name) {
     if (manager.module == nullptr) {
         return false;
     }
-    // By way of void*, because no two function types convert into each other silently.
+    // Through void*: a direct cast between two function types draws a warning.
     const auto function = reinterpret_cast<PluginRegistrationFunction>(
         reinterpret_cast<void*>(GetProcAddress(manager.module, name)));
     if (function == nullptr) {

@@ -1,4 +1,4 @@
-// What the host's plug-in manager gets to know about this plug-in.
+// The plug-in's registration with the host's plug-in manager.
 #pragma once
 
 #include <memory>

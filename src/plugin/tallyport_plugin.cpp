@@ -51,9 +51,8 @@ void StopBiosEvents() {
     if (!biosEventMonitorStarted) {
         return;
     }
-    // Kept: the library's stop has always run on a short thread of its own, and nobody knows
-    // whether it would cope with the host's. Its result is dropped: there is nothing to do about a
-    // failure.
+    // Kept: the library's stop has always run on a short thread of its own; whether it works on the
+    // host's is not known. Its result is dropped: there is nothing to do about a failure.
     std::thread([] { biosEventMonitor->StopEventMonitor(); }).join();
 }
 

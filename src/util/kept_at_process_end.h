@@ -7,7 +7,7 @@
 
 /// Set by the entry point, on the last thread of a process that ends. All other threads have been
 /// terminated wherever they were, perhaps holding locks of the compiler's runtime: joining one or
-/// destroying what it used may wait for ever.
+/// destroying what it used may never return.
 inline bool processIsEnding = false;
 
 /// One T with the storage of a static object: all zeros before its constructor runs.
