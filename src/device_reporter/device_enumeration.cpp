@@ -1,10 +1,8 @@
 #include "device_reporter/device_enumeration.h"
 
 #include <cfgmgr32.h>
-#include <setupapi.h>
-
-// Behind <windows.h>, which it needs.
 #include <hidclass.h>
+#include <setupapi.h>
 
 #include <cstddef>
 #include <optional>

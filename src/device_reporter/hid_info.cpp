@@ -1,6 +1,6 @@
 #include "device_reporter/hid_info.h"
 
-// Behind <windows.h>, which it needs. Not every SDK's header declares C linkage by itself.
+// Not every SDK's header declares C linkage by itself.
 extern "C" {
 #include <hidsdi.h>
 }

@@ -5,8 +5,6 @@
 // that span get default handling only.
 
 #include <windows.h>
-
-// Behind <windows.h>, which it needs.
 #include <usbiodef.h>
 
 #include "device_reporter/device_enumeration.h"

@@ -1,6 +1,5 @@
 #include "device_reporter/printer_info.h"
 
-// Behind <windows.h>, which it needs.
 #include <winspool.h>
 
 #include <algorithm>

@@ -1,6 +1,5 @@
 // The library's entry point and its two module functions.
 #include <windows.h>
-
 #include <pathcch.h>
 
 #include <string>

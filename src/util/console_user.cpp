@@ -1,8 +1,6 @@
 #include "util/console_user.h"
 
 #include <windows.h>
-
-// Behind <windows.h>, which they need.
 #include <sddl.h>
 #define SECURITY_WIN32
 #include <security.h>

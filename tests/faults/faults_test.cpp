@@ -1,7 +1,7 @@
 // Each call of the system and the suite that the plug-in makes, failing in each way that it may:
 // what is laid down for it happens, everything else is delivered, nothing is left behind.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // The library's entry point, linked into the test program so that its calls can be watched. What it
 // does in the built library, whose calls fail too, is in the tests of the library.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>

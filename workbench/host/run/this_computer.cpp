@@ -1,7 +1,6 @@
 #include "host/run/this_computer.h"
 
 #include <windows.h>
-// windows.h has to come first.
 #include <sddl.h>
 
 #include <filesystem>
