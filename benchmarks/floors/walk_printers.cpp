@@ -1,5 +1,4 @@
 #include <windows.h>
-// windows.h has to come first.
 #include <winspool.h>
 
 #include "floors/plain_calls.h"

@@ -47,8 +47,8 @@ std::vector<std::string> SerializeDeviceList(const std::vector<DeviceInfo>& devi
     for (const DeviceInfo& device : devices) {
         const std::string object = SerializeDevice(device, withName);
         const std::size_t cost = object.size() + kSeparatorCost;
-        // The open chunk is closed whatever it holds: a device that alone is too large follows an
-        // empty array.
+        // Kept: the open chunk is closed whatever it holds. A device that alone is too large
+        // follows an empty array.
         if (size + cost > kMaxChunkSize) {
             closeChunk();
         }

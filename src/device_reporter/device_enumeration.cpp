@@ -1,12 +1,10 @@
 #include "device_reporter/device_enumeration.h"
 
 #include <cfgmgr32.h>
+#include <hidclass.h>
 #include <setupapi.h>
 
-// Behind <windows.h>, which it needs.
-#include <hidclass.h>
-
-#include <iterator>
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -25,8 +23,9 @@ static_assert(sizeof(SP_DEVINFO_DATA) == 32);
 static_assert(sizeof(SP_DEVICE_INTERFACE_DATA) == 32);
 
 constexpr std::size_t kMaxDevices = 500;
+constexpr DWORD kInstanceIdCapacity = 260;  ///< In characters.
 
-/// What tells the two fills apart.
+/// How the two fills differ.
 struct FillOptions {
     const GUID* interfaceClass;  ///< Null for all setup classes.
     DWORD flags;
@@ -34,7 +33,8 @@ struct FillOptions {
     const char* functionName;
 };
 
-bool IsFull(const DeviceMap& devices, const char* functionName) {
+/// True, with a log line, when the map holds as many devices as it may.
+bool LogIfFull(const DeviceMap& devices, const char* functionName) {
     if (devices.size() < kMaxDevices) {
         return false;
     }
@@ -53,8 +53,8 @@ void ToUpperAscii(std::wstring& text) {
 
 std::optional<std::wstring> ReadInstanceId(HDEVINFO set, SP_DEVINFO_DATA& device,
                                            const char* functionName) {
-    wchar_t buffer[260] = {};
-    if (!SetupDiGetDeviceInstanceIdW(set, &device, buffer, static_cast<DWORD>(std::size(buffer)),
+    wchar_t buffer[kInstanceIdCapacity] = {};
+    if (!SetupDiGetDeviceInstanceIdW(set, &device, buffer, kInstanceIdCapacity,
                                      /*RequiredSize=*/nullptr)) {
         const DWORD error = GetLastError();
         WriteLogLine(LOG_LEVEL_NORMAL, functionName,
@@ -80,17 +80,18 @@ void ReadHidInterfaces(HDEVINFO set, SP_DEVINFO_DATA& device, DeviceInfo& record
          SetupDiEnumDeviceInterfaces(set, &device, &GUID_DEVINTERFACE_HID, index, &interfaceData);
          ++index) {
         if (IsEqualGUID(interfaceData.InterfaceClassGuid, GUID_DEVINTERFACE_HID)) {
+            // The result is dropped: without the device's own texts, those of its properties stay.
             UpdateHidDeviceInfo(set, interfaceData, record);
         }
     }
 }
 
 DeviceInfo ReadDevice(HDEVINFO set, SP_DEVINFO_DATA& device, const std::wstring& instanceId,
-                      bool readHidInterfaces) {
+                      bool readHidInterfaces, PropertyBuffer& buffer) {
     DeviceInfo record;
     record.instanceId = instanceId;
     record.isRemovable = IsRemovable(device.DevInst);
-    ReadDeviceProperties(set, device, record);
+    ReadDeviceProperties(set, device, buffer, record);
     record.vendorId = GetVendorId(instanceId);
     if (readHidInterfaces) {
         ReadHidInterfaces(set, device, record);
@@ -99,7 +100,7 @@ DeviceInfo ReadDevice(HDEVINFO set, SP_DEVINFO_DATA& device, const std::wstring&
 }
 
 bool AddDevices(const FillOptions& options, DeviceMap& devices) {
-    if (IsFull(devices, options.functionName)) {
+    if (LogIfFull(devices, options.functionName)) {
         return false;
     }
     const ScopedDeviceInfoSet set(SetupDiGetClassDevsW(
@@ -110,6 +111,8 @@ bool AddDevices(const FillOptions& options, DeviceMap& devices) {
                      "fail to get class devs, lastError = ", error);
         return false;
     }
+    // Owned by the fill and cleared before each property.
+    PropertyBuffer buffer;
     SP_DEVINFO_DATA device{};
     device.cbSize = sizeof(device);
     for (DWORD index = 0; SetupDiEnumDeviceInfo(set.Get(), index, &device); ++index) {
@@ -119,9 +122,9 @@ bool AddDevices(const FillOptions& options, DeviceMap& devices) {
         if (!instanceId || devices.count(*instanceId) != 0) {
             continue;
         }
-        devices.emplace(*instanceId,
-                        ReadDevice(set.Get(), device, *instanceId, options.readHidInterfaces));
-        if (IsFull(devices, options.functionName)) {
+        devices.emplace(*instanceId, ReadDevice(set.Get(), device, *instanceId,
+                                                options.readHidInterfaces, buffer));
+        if (LogIfFull(devices, options.functionName)) {
             break;
         }
     }
@@ -137,7 +140,7 @@ bool AddAllDevicesToMap(DeviceMap& devices) {
 }
 
 bool AddDeviceInterfaceToMap(const GUID& interfaceClass, DeviceMap& devices) {
-    // Whatever the class is, a device may have HID interfaces as well.
+    // Whatever the class is, a device may have HID interfaces too.
     return AddDevices({&interfaceClass, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE,
                        /*readHidInterfaces=*/true, "DeviceReporter::AddDeviceInterfaceToMap"},
                       devices);
@@ -145,7 +148,7 @@ bool AddDeviceInterfaceToMap(const GUID& interfaceClass, DeviceMap& devices) {
 
 void FillDeviceMap(DeviceMap& devices) {
     // HID first: a device that is known already is not refreshed, and only this fill asks HID
-    // devices for their own texts.
+    // devices for their own texts. Both results are dropped: a fill that failed has logged it.
     AddDeviceInterfaceToMap(GUID_DEVINTERFACE_HID, devices);
     AddAllDevicesToMap(devices);
 }

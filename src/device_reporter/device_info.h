@@ -9,13 +9,15 @@ namespace DeviceReporter {
 /// One device. Texts that a source does not know stay empty.
 struct DeviceInfo {
     bool isRemovable = false;  ///< The device node reports itself removable.
-    std::wstring instanceId;   ///< Device instance id, upper-cased; a printer's queue name.
-    std::wstring parent;       ///< Instance id of the parent device node.
-    std::wstring name;         ///< Friendly name and device name, merged, one per line.
+    /// Device instance id, upper-cased; a printer's queue name; a monitor's device path.
+    std::wstring instanceId;
+    std::wstring parent;  ///< Instance id of the parent device node.
+    std::wstring name;    ///< Friendly name and device name, merged, one per line.
     std::wstring manufacturer;
     std::wstring className;    ///< Setup class name, or "Printer" or "Monitor".
     std::wstring description;  ///< A printer's driver name; a monitor's mode text.
-    std::wstring vendorId;     ///< Vendor and product piece of the instance id.
+    /// Vendor and product piece of the instance id; a printer's data type and port.
+    std::wstring vendorId;
     std::wstring containerId;  ///< Braced upper-case GUID; a printer driver's hardware id.
 };
 

@@ -1,6 +1,7 @@
 #include "device_reporter/device_list_payload.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -31,6 +32,7 @@ std::vector<DeviceList> BuildDeviceLists(const ReportDeviceInfo& reporter) {
     ClassifyDevices(reporter, hidDevices, bluetoothDevices, otherDevices);
     const std::vector<DeviceInfo> printers = ListPrinters();
     std::vector<DeviceInfo> displays;
+    // The result is dropped: it is always true.
     AppendDisplayDevices(displays);
     return {
         {"HIDList", SerializeDeviceList(hidDevices, /*withName=*/true)},

@@ -41,18 +41,24 @@ Value ReadValue(const PropertyBuffer& buffer) {
     return value;
 }
 
+void SetDeviceProperty(DeviceInfo& record, const PropertyField& property,
+                       const std::wstring& text) {
+    std::wstring& field = record.*property.field;
+    field = property.filing == Filing::kMerge ? AppendUnique(field, text) : text;
+}
+
 }  // namespace
 
-void ReadDeviceProperties(HDEVINFO devices, SP_DEVINFO_DATA& device, DeviceInfo& record) {
-    static PropertyBuffer buffer;
+void ReadDeviceProperties(HDEVINFO devices, SP_DEVINFO_DATA& device, PropertyBuffer& buffer,
+                          DeviceInfo& record) {
     for (const PropertyField& property : kPropertyFields) {
-        // A string without terminator then ends behind what was read, not in an older property.
+        // A string without terminator then ends where the read ended, not in an older property.
         std::memset(buffer, 0, sizeof(buffer));
         DEVPROPTYPE type = DEVPROP_TYPE_EMPTY;
         if (SetupDiGetDevicePropertyW(devices, &device, &property.key, &type,
                                       reinterpret_cast<BYTE*>(buffer), sizeof(buffer),
                                       /*RequiredSize=*/nullptr, /*Flags=*/0)) {
-            SetDeviceProperty(record, property.key, PropertyToString(type, buffer));
+            SetDeviceProperty(record, property, PropertyToString(type, buffer));
         }
     }
 }
@@ -69,17 +75,6 @@ std::wstring PropertyToString(DEVPROPTYPE type, const PropertyBuffer& buffer) {
             return JoinStringList(buffer);
         default:
             return {};
-    }
-}
-
-void SetDeviceProperty(DeviceInfo& record, const DEVPROPKEY& key, const std::wstring& text) {
-    for (const PropertyField& property : kPropertyFields) {
-        if (!IsEqualDevPropKey(property.key, key)) {
-            continue;
-        }
-        std::wstring& field = record.*property.field;
-        field = property.filing == Filing::kMerge ? AppendUnique(field, text) : text;
-        return;
     }
 }
 

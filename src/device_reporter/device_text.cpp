@@ -37,7 +37,7 @@ std::wstring AppendUnique(std::wstring existing, const std::wstring& added) {
 
 std::wstring CutPiece(const std::wstring& text, const wchar_t* marker, std::size_t length) {
     const std::size_t position = text.find(marker);
-    // Strictly less: a piece that ends with the text is not taken.
+    // Kept: a piece that ends with the text is not taken.
     if (position == std::wstring::npos || position + length >= text.size()) {
         return {};
     }

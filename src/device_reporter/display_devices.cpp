@@ -1,5 +1,6 @@
 #include "device_reporter/display_devices.h"
 
+#include <cstddef>
 #include <string>
 
 #include "device_reporter/device_text.h"
@@ -32,6 +33,7 @@ DeviceInfo MakeMonitorRecord(const DisplayInfo& display) {
 
 bool AppendDisplayDevices(std::vector<DeviceInfo>& devices) {
     std::vector<DisplayInfo> displays;
+    // Kept: after a failure, which is logged, the displays described by then are dropped.
     if (GetDisplayInfo(displays)) {
         for (const DisplayInfo& display : displays) {
             devices.push_back(MakeMonitorRecord(display));

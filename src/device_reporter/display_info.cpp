@@ -1,5 +1,6 @@
 #include "device_reporter/display_info.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "device_reporter/edid_registry.h"
@@ -14,7 +15,7 @@ static_assert(sizeof(DISPLAYCONFIG_SOURCE_DEVICE_NAME) == 84);
 static_assert(sizeof(DISPLAYCONFIG_TARGET_DEVICE_NAME) == 420);
 static_assert(sizeof(DEVMODEW) == 220);
 
-constexpr char kDisplayInfoName[] = "`anonymous-namespace'::GetDisplayInfo";
+constexpr char kGetDisplayInfoFunction[] = "`anonymous-namespace'::GetDisplayInfo";
 
 /// Sends one request for a path's source or target.
 template <typename Request>
@@ -42,7 +43,7 @@ bool GetDisplaySourceDeviceName(const DISPLAYCONFIG_PATH_INFO& path, DisplayInfo
 
 bool GetDisplayTargetDeviceName(const DISPLAYCONFIG_PATH_INFO& path, DisplayInfo& info) {
     DISPLAYCONFIG_TARGET_DEVICE_NAME target{};
-    // The source's adapter, for the target too: a path does not cross adapters.
+    // Kept: the source's adapter, for the target too. A path does not cross adapters.
     const LONG result = GetDeviceInfo(target, DISPLAYCONFIG_DEVICE_INFO_GET_TARGET_NAME,
                                       path.sourceInfo.adapterId, path.targetInfo.id);
     if (result != ERROR_SUCCESS) {
@@ -83,6 +84,7 @@ bool GetDevModeInfo(DisplayInfo& info) {
     info.height = static_cast<std::uint16_t>(mode.dmPelsHeight);
     info.refreshRate = static_cast<std::uint16_t>(mode.dmDisplayFrequency);
     info.logPixels = static_cast<std::uint16_t>(mode.dmLogPixels);
+    // Kept: a quarter of the bits, 8 for a display of 32 bits per pixel.
     info.colorDepth = static_cast<std::uint16_t>(mode.dmBitsPerPel >> 2);
     return true;
 }
@@ -94,18 +96,22 @@ bool GetDisplayInfo(std::vector<DisplayInfo>& displays) {
     UINT32 modeCount = 0;
     if (GetDisplayConfigBufferSizes(QDC_ONLY_ACTIVE_PATHS, &pathCount, &modeCount) !=
         ERROR_SUCCESS) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kDisplayInfoName, "GetDisplayConfigBufferSizes failed!");
+        WriteLogLine(LOG_LEVEL_NORMAL, kGetDisplayInfoFunction,
+                     "GetDisplayConfigBufferSizes failed!");
         return false;
     }
     std::vector<DISPLAYCONFIG_PATH_INFO> paths(pathCount);
     std::vector<DISPLAYCONFIG_MODE_INFO> modes(modeCount);
     DISPLAYCONFIG_TOPOLOGY_ID topologyId = DISPLAYCONFIG_TOPOLOGY_INTERNAL;
-    // Sized for the active paths, asked of the database: only that query tells the topology.
+    // Kept: sized for the active paths, asked of the database, and asked once, whether or not that
+    // fits. Only the database query gives the topology.
     if (QueryDisplayConfig(QDC_DATABASE_CURRENT, &pathCount, paths.data(), &modeCount, modes.data(),
                            &topologyId) != ERROR_SUCCESS) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kDisplayInfoName, "QueryDisplayConfig failed!");
+        WriteLogLine(LOG_LEVEL_NORMAL, kGetDisplayInfoFunction, "QueryDisplayConfig failed!");
         return false;
     }
+    // Kept: as many paths as the query counts. There may be fewer than there is room for; one
+    // beyond the room would be empty, and its description would fail and log that.
     paths.resize(pathCount);
     const std::wstring displayMode = GetDisplayMode(topologyId);
     for (std::size_t i = 0; i < paths.size(); ++i) {

@@ -47,6 +47,7 @@ bool ParseEdidVendor(const std::string& manufacturerBytes, std::wstring& vendor)
     // Big-endian, five bits a letter, the last letter lowest. The top bit means nothing.
     unsigned code = static_cast<unsigned char>(manufacturerBytes.at(0)) * 256U +
                     static_cast<unsigned char>(manufacturerBytes.at(1));
+    // Kept: receivers know the id with its trailing "#".
     std::string letters = "AAA#";
     for (std::size_t i = 3; i-- > 0;) {
         const unsigned letter = code & 0x1F;

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <memory>
 #include <new>
 
@@ -14,9 +15,9 @@ namespace DeviceReporter {
 
 namespace {
 
-constexpr char kPathName[] = "`anonymous-namespace'::GetEditRegPath";
-constexpr char kValueName[] = "`anonymous-namespace'::GetValueFromReg";
-constexpr char kDataName[] = "`anonymous-namespace'::GetDataFromReg";
+constexpr char kGetEditRegPathFunction[] = "`anonymous-namespace'::GetEditRegPath";
+constexpr char kGetValueFromRegFunction[] = "`anonymous-namespace'::GetValueFromReg";
+constexpr char kGetDataFromRegFunction[] = "`anonymous-namespace'::GetDataFromReg";
 
 }  // namespace
 
@@ -25,14 +26,14 @@ std::wstring GetEditRegPath(const std::wstring& monitorDevicePath) {
     constexpr int kPieceCount = 3;
     std::size_t pieceBegin = monitorDevicePath.find(L"DISPLAY");
     if (pieceBegin == std::wstring::npos) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kPathName, "devicePath is error!");
+        WriteLogLine(LOG_LEVEL_NORMAL, kGetEditRegPathFunction, "devicePath is error!");
         return {};
     }
     std::wstring regPath = L"SYSTEM\\CurrentControlSet\\Enum\\";
     for (int i = 0; i < kPieceCount; ++i) {
         const std::size_t pieceEnd = monitorDevicePath.find(L'#', pieceBegin);
         if (pieceEnd == std::wstring::npos) {
-            WriteLogLine(LOG_LEVEL_NORMAL, kPathName, "devicePath format is error!");
+            WriteLogLine(LOG_LEVEL_NORMAL, kGetEditRegPathFunction, "devicePath format is error!");
             return {};
         }
         regPath.append(monitorDevicePath, pieceBegin, pieceEnd - pieceBegin);
@@ -45,33 +46,36 @@ std::wstring GetEditRegPath(const std::wstring& monitorDevicePath) {
 bool GetValueFromReg(const std::wstring& regPath, std::string& edid) {
     const std::string edidFullPath = WStringToString(regPath);
     if (edidFullPath.empty()) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kValueName, "edidFullPath is empty!");
+        WriteLogLine(LOG_LEVEL_NORMAL, kGetValueFromRegFunction, "edidFullPath is empty!");
+        return false;
+    }
+    HKEY opened = nullptr;
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, edidFullPath.c_str(), /*ulOptions=*/0, KEY_READ,
+                      &opened) != ERROR_SUCCESS) {
+        WriteLogLine(LOG_LEVEL_NORMAL, kGetValueFromRegFunction,
+                     "RegOpenKeyExA Failed! edidFullPath:", regPath);
         return false;
     }
     // Outlives the key, which is closed first.
     std::unique_ptr<BYTE[]> outValue;
-    ScopedRegistryKey key;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, edidFullPath.c_str(), /*ulOptions=*/0, KEY_READ,
-                      key.Receive()) != ERROR_SUCCESS) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kValueName, "RegOpenKeyExA Failed! edidFullPath:", regPath);
-        return false;
-    }
+    ScopedRegistryKey key(opened);
     DWORD type = REG_BINARY;
     DWORD size = 0;
     const LSTATUS sizeResult = RegQueryValueExA(key.Get(), "EDID", /*lpReserved=*/nullptr, &type,
                                                 /*lpData=*/nullptr, &size);
     if (sizeResult != ERROR_SUCCESS || size == 0) {
         key.Reset();
-        WriteLogLine(LOG_LEVEL_NORMAL, kValueName,
+        WriteLogLine(LOG_LEVEL_NORMAL, kGetValueFromRegFunction,
                      "RegQuery max Edid value length Failed, maxValueLength is ", size);
         return false;
     }
     outValue.reset(new (std::nothrow) BYTE[size]());
     if (!outValue) {
         key.Reset();
-        WriteLogLine(LOG_LEVEL_NORMAL, kValueName, "outValue is nullptr!");
+        WriteLogLine(LOG_LEVEL_NORMAL, kGetValueFromRegFunction, "outValue is nullptr!");
         return false;
     }
+    // Kept: this failure has no line of its own, only the caller's.
     if (RegQueryValueExA(key.Get(), "EDID", /*lpReserved=*/nullptr, &type, outValue.get(), &size) !=
         ERROR_SUCCESS) {
         return false;
@@ -83,11 +87,11 @@ bool GetValueFromReg(const std::wstring& regPath, std::string& edid) {
 bool GetDataFromReg(const std::wstring& regPath, std::vector<std::wstring>& data) {
     std::string edid;
     if (!GetValueFromReg(regPath, edid) || edid.empty()) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kDataName, "GetValueFromReg failed!");
+        WriteLogLine(LOG_LEVEL_NORMAL, kGetDataFromRegFunction, "GetValueFromReg failed!");
         return false;
     }
     if (!PushEdidToData(data, edid)) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kDataName, "PushEdidToData failed!");
+        WriteLogLine(LOG_LEVEL_NORMAL, kGetDataFromRegFunction, "PushEdidToData failed!");
         return false;
     }
     return true;

@@ -1,11 +1,12 @@
 #include "device_reporter/hid_info.h"
 
-// Behind <windows.h>, which it needs. Not every SDK's header declares C linkage by itself.
+// Not every SDK's header declares C linkage by itself.
 extern "C" {
 #include <hidsdi.h>
 }
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 
 #include "device_reporter/scoped_device_handles.h"
@@ -16,11 +17,10 @@ namespace DeviceReporter {
 
 namespace {
 
-// Both functions of this file log under this name.
-constexpr char kFunctionName[] = "DeviceReporter::UpdateHidDeviceInfo";
+// Kept: both functions of this file log under this name.
+constexpr char kUpdateHidDeviceInfoFunction[] = "DeviceReporter::UpdateHidDeviceInfo";
 
-// In bytes, half of the buffer: no HID string is longer than 126 characters.
-constexpr ULONG kHidStringBytes = 260;
+constexpr std::size_t kHidTextCapacity = 260;  ///< In characters.
 
 static_assert(sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_W) == 8);
 
@@ -39,7 +39,7 @@ bool UpdateHidDeviceInfo(HDEVINFO devices, SP_DEVICE_INTERFACE_DATA& interfaceDa
                                           /*DeviceInfoData=*/nullptr)) {
         const DWORD error = GetLastError();
         if (error != ERROR_INSUFFICIENT_BUFFER) {
-            WriteLogLine(LOG_LEVEL_NORMAL, kFunctionName,
+            WriteLogLine(LOG_LEVEL_NORMAL, kUpdateHidDeviceInfoFunction,
                          "fail to get device interface detail, lastError = ", error);
             return false;
         }
@@ -48,13 +48,14 @@ bool UpdateHidDeviceInfo(HDEVINFO devices, SP_DEVICE_INTERFACE_DATA& interfaceDa
     const std::unique_ptr<void, GlobalMemoryDeleter> block(GlobalAlloc(
         GMEM_ZEROINIT, std::max<SIZE_T>(requiredSize, sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_W))));
     if (!block) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kFunctionName, "fail to alloc device data");
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateHidDeviceInfoFunction, "fail to alloc device data");
         return false;
     }
     auto* const detail = static_cast<SP_DEVICE_INTERFACE_DETAIL_DATA_W*>(block.get());
     detail->cbSize = sizeof(*detail);
     if (SetupDiGetDeviceInterfaceDetailW(devices, &interfaceData, detail, requiredSize,
                                          /*RequiredSize=*/nullptr, /*DeviceInfoData=*/nullptr)) {
+        // The result is dropped: a device that does not open keeps the texts of its properties.
         ReadHidStrings(detail->DevicePath, record);
     }
     return true;
@@ -62,7 +63,7 @@ bool UpdateHidDeviceInfo(HDEVINFO devices, SP_DEVICE_INTERFACE_DATA& interfaceDa
 
 bool ReadHidStrings(const wchar_t* devicePath, DeviceInfo& record) {
     if (devicePath == nullptr) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kFunctionName, "devicePath is null");
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateHidDeviceInfoFunction, "devicePath is null");
         return false;
     }
     const ScopedFile device(CreateFileW(devicePath, /*dwDesiredAccess=*/0,
@@ -71,16 +72,19 @@ bool ReadHidStrings(const wchar_t* devicePath, DeviceInfo& record) {
                                         FILE_FLAG_OVERLAPPED, /*hTemplateFile=*/nullptr));
     if (!device) {
         const DWORD error = GetLastError();
-        WriteLogLine(LOG_LEVEL_NORMAL, kFunctionName, "create file failed, lastError = ", error);
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateHidDeviceInfoFunction,
+                     "create file failed, lastError = ", error);
         return false;
     }
-    // Cleared once for both: what the second query leaves of the first one's text ends behind the
-    // second one's terminator.
-    wchar_t buffer[260] = {};
-    if (HidD_GetProductString(device.Get(), buffer, kHidStringBytes)) {
+    // Kept, so that the reported texts stay as they are: both queries share one buffer, cleared
+    // once, and are offered half of it. A USB device's string, 126 characters at most, fits there.
+    // Where another bus allows a longer one, the HID library decides what the query gives.
+    wchar_t buffer[kHidTextCapacity] = {};
+    constexpr ULONG kOfferedBytes = sizeof(buffer) / 2;
+    if (HidD_GetProductString(device.Get(), buffer, kOfferedBytes)) {
         record.name = TextOf(buffer);
     }
-    if (HidD_GetManufacturerString(device.Get(), buffer, kHidStringBytes)) {
+    if (HidD_GetManufacturerString(device.Get(), buffer, kOfferedBytes)) {
         record.manufacturer = TextOf(buffer);
     }
     return true;

@@ -1,9 +1,7 @@
-// What a HID device tells about itself.
+// The texts that a HID device itself gives.
 #pragma once
 
 #include <windows.h>
-
-// Behind <windows.h>, which it needs.
 #include <setupapi.h>
 
 #include "device_reporter/device_info.h"

@@ -5,8 +5,6 @@
 // that span get default handling only.
 
 #include <windows.h>
-
-// Behind <windows.h>, which it needs.
 #include <usbiodef.h>
 
 #include "device_reporter/device_enumeration.h"
@@ -19,8 +17,7 @@ namespace {
 
 static_assert(sizeof(DEV_BROADCAST_DEVICEINTERFACE_W) == 32);
 
-constexpr char kThreadName[] = "DeviceReporter::ReportDeviceInfo::MonitorThreadProc";
-constexpr char kDeviceChangeName[] = "DeviceReporter::ReportDeviceInfo::OnDeviceChange";
+constexpr char kMonitorThreadProcFunction[] = "DeviceReporter::ReportDeviceInfo::MonitorThreadProc";
 constexpr wchar_t kWindowClassName[] = L"DeviceMonitorWnd";
 
 /// Registers the window class for as long as it is in scope.
@@ -50,10 +47,10 @@ private:
 
 void RunMessageLoop() {
     MSG message{};
-    // An error result of -1 goes on as well.
+    // Kept: an error, -1, does not end the loop.
     while (GetMessageW(&message, /*hWnd=*/nullptr, /*wMsgFilterMin=*/0, /*wMsgFilterMax=*/0) != 0) {
         if (message.message == WM_QUIT) {
-            WriteLogLine(LOG_LEVEL_NORMAL, kThreadName, "recv quit message");
+            WriteLogLine(LOG_LEVEL_NORMAL, kMonitorThreadProcFunction, "recv quit message");
             break;
         }
         TranslateMessage(&message);
@@ -76,21 +73,23 @@ HDEVNOTIFY RegisterForDeviceArrivals(HWND window) {
 DWORD WINAPI ReportDeviceInfo::MonitorThreadProc(void* param) {
     auto* const reporter = static_cast<ReportDeviceInfo*>(param);
     if (reporter == nullptr) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kThreadName, "object is null");
+        WriteLogLine(LOG_LEVEL_NORMAL, kMonitorThreadProcFunction, "object is null");
         return 0;
     }
     // The class belongs to the host's executable, not to this library.
     const HINSTANCE instance = GetModuleHandleW(nullptr);
     const ScopedWindowClass windowClass(instance, &WindowProc);
     if (!windowClass) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kThreadName, "failed to register ", kWindowClassName);
+        WriteLogLine(LOG_LEVEL_NORMAL, kMonitorThreadProcFunction, "failed to register ",
+                     kWindowClassName);
         return 0;
     }
     const HWND window = CreateWindowExW(
         /*dwExStyle=*/0, kWindowClassName, L"", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT,
         CW_USEDEFAULT, CW_USEDEFAULT, HWND_MESSAGE, /*hMenu=*/nullptr, instance, reporter);
     if (window == nullptr) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kThreadName, "failed to init message only window");
+        WriteLogLine(LOG_LEVEL_NORMAL, kMonitorThreadProcFunction,
+                     "failed to init message only window");
         return 0;
     }
     FillDeviceMap(reporter->devices);
@@ -115,7 +114,7 @@ LRESULT CALLBACK ReportDeviceInfo::WindowProc(HWND window, UINT message, WPARAM 
     if (reporter != nullptr) {
         reporter->HandleMessage(window, message, wParam, lParam);
     }
-    // Handled or not, every message gets its default handling as well.
+    // Handled or not, every message gets its default handling too.
     const LRESULT result = DefWindowProcW(window, message, wParam, lParam);
     if (message == WM_NCDESTROY) {
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
@@ -145,6 +144,7 @@ void ReportDeviceInfo::HandleMessage(HWND window, UINT message, WPARAM wParam, L
 void ReportDeviceInfo::OnCreate(HWND window) {
     msgWindow = window;
     if (devNotify == nullptr) {
+        // Kept: a failure is not logged. The monitor then reports what it found at its start.
         devNotify = RegisterForDeviceArrivals(window);
     }
 }
@@ -164,12 +164,14 @@ void ReportDeviceInfo::OnDeviceChange(WPARAM event, const DEV_BROADCAST_HDR* hea
         return;
     }
     if (header == nullptr) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kDeviceChangeName, "hdr is null");
+        WriteLogLine(LOG_LEVEL_NORMAL, "DeviceReporter::ReportDeviceInfo::OnDeviceChange",
+                     "hdr is null");
         return;
     }
     // A device that is gone stays in the map: it was there since the last list.
     if (event == DBT_DEVICEARRIVAL && header->dbch_devicetype == DBT_DEVTYP_DEVICEINTERFACE) {
         const auto& arrival = *reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(header);
+        // The result is dropped: a fill that failed has logged it.
         AddDeviceInterfaceToMap(arrival.dbcc_classguid, devices);
     }
 }

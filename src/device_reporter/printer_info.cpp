@@ -1,9 +1,9 @@
 #include "device_reporter/printer_info.h"
 
-// Behind <windows.h>, which it needs.
 #include <winspool.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -23,8 +23,8 @@ constexpr SpoolerQueryTexts kListTexts = {"DeviceReporter::EnumPrinterList",
                                           "EnumPrinters fail 2, lastError="};
 constexpr SpoolerQueryTexts kDriverTexts = {"DeviceReporter::GetPrinterDriverInfo",
                                             "GetPrinterDriver fail 2, lastError="};
-constexpr char kParseName[] = "DeviceReporter::ParsePrinters";
-constexpr char kUpdateName[] = "DeviceReporter::UpdatePrinterDriverInfo";
+constexpr char kParsePrintersFunction[] = "DeviceReporter::ParsePrinters";
+constexpr char kUpdatePrinterDriverInfoFunction[] = "DeviceReporter::UpdatePrinterDriverInfo";
 constexpr std::size_t kMaxIdPartLength = 8;
 
 /// The first characters of a text that may be null.
@@ -38,7 +38,7 @@ DeviceInfo MakePrinterRecord(const PRINTER_INFO_2W& printer) {
     record.name = printer.pPrinterName;
     record.description = printer.pDriverName;
     record.className = L"Printer";
-    // A queue has no vendor id; its data type and port tell its kind instead.
+    // A queue has no vendor id; its data type and port take that place.
     record.vendorId = AppendUnique(CutIdPart(printer.pDatatype), CutIdPart(printer.pPortName));
     return record;
 }
@@ -47,24 +47,31 @@ DeviceInfo MakePrinterRecord(const PRINTER_INFO_2W& printer) {
 
 bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count) {
     count = 0;
-    DWORD blockSize = 0;
-    DWORD needed = 0;
     DWORD returned = 0;
-    const auto enumPrinters = [&blockSize, &needed, &returned](BYTE* block, DWORD size) {
-        blockSize = size;
+    const auto enumPrinters = [&returned](BYTE* block, DWORD size, DWORD& needed) {
         return EnumPrintersW(PRINTER_ENUM_LOCAL, /*Name=*/nullptr, /*Level=*/2, block, size,
                              &needed, &returned);
     };
-    if (!RunSpoolerQuery(kListTexts, enumPrinters, needed, printerInfoList)) {
+    DWORD filled = 0;
+    const auto askSize = [&enumPrinters](DWORD& needed) {
+        return enumPrinters(/*block=*/nullptr, /*size=*/0, needed);
+    };
+    const auto fetch = [&enumPrinters, &filled](BYTE* block, DWORD size) {
+        // Kept: a spooler that leaves the size alone the second time still needs that of the first.
+        filled = size;
+        return enumPrinters(block, size, filled);
+    };
+    DWORD blockSize = 0;
+    if (!RunSpoolerQuery(kListTexts, askSize, fetch, printerInfoList, blockSize)) {
         return false;
     }
     if (!printerInfoList) {
         return true;
     }
-    // Nobody keeps a spooler from telling a size beyond that of the block.
-    if (std::min(blockSize, needed) < std::uint64_t{returned} * sizeof(PRINTER_INFO_2W)) {
+    // A spooler may report a size beyond that of the block.
+    if (std::min(blockSize, filled) < std::uint64_t{returned} * sizeof(PRINTER_INFO_2W)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kListTexts.functionName,
-                     "printer list data error, dwReturned=", returned, ", dwNeeded=", needed);
+                     "printer list data error, dwReturned=", returned, ", dwNeeded=", filled);
         return false;
     }
     count = returned;
@@ -73,17 +80,19 @@ bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count) {
 
 bool ParsePrinters(const BYTE* printerInfoList, DWORD count, std::vector<DeviceInfo>& printers) {
     if (printerInfoList == nullptr) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kParseName, "printerInfoList is null");
+        WriteLogLine(LOG_LEVEL_NORMAL, kParsePrintersFunction, "printerInfoList is null");
         return false;
     }
     const auto* const entries = reinterpret_cast<const PRINTER_INFO_2W*>(printerInfoList);
     for (DWORD i = 0; i < count; ++i) {
         const PRINTER_INFO_2W& printer = entries[i];
         if (printer.pDriverName == nullptr || printer.pPrinterName == nullptr) {
-            WriteLogLine(LOG_LEVEL_NORMAL, kParseName, "driver name or printer name is empty");
+            WriteLogLine(LOG_LEVEL_NORMAL, kParsePrintersFunction,
+                         "driver name or printer name is empty");
             continue;
         }
         DeviceInfo record = MakePrinterRecord(printer);
+        // The result is dropped: a queue without driver information is reported all the same.
         UpdatePrinterDriverInfo(printer.pPrinterName, record);
         printers.push_back(std::move(record));
     }
@@ -95,6 +104,7 @@ std::vector<DeviceInfo> ListPrinters() {
     std::unique_ptr<BYTE[]> printerInfoList;
     DWORD count = 0;
     if (EnumPrinterList(printerInfoList, count)) {
+        // The result is dropped: without a list, which is logged, there are no records.
         ParsePrinters(printerInfoList.get(), count, printers);
     }
     return printers;
@@ -104,18 +114,18 @@ bool UpdatePrinterDriverInfo(const std::wstring& printerName, DeviceInfo& record
     HANDLE opened = nullptr;
     // The parameter is not const, but the name is only read.
     if (!OpenPrinterW(const_cast<wchar_t*>(printerName.c_str()), &opened, /*pDefault=*/nullptr)) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "fail to open printer");
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdatePrinterDriverInfoFunction, "fail to open printer");
         return false;
     }
-    // Owned only now: what a failed call leaves behind is not a printer to close.
     const ScopedPrinter printer(opened);
     std::unique_ptr<BYTE[]> driverInfo;
     if (!GetPrinterDriverInfo(printer.Get(), driverInfo)) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "fail to get printer driver info");
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdatePrinterDriverInfoFunction,
+                     "fail to get printer driver info");
         return false;
     }
     if (!driverInfo) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kUpdateName, "driverInfo is null");
+        WriteLogLine(LOG_LEVEL_NORMAL, kUpdatePrinterDriverInfoFunction, "driverInfo is null");
         return false;
     }
     const auto& driver = *reinterpret_cast<const DRIVER_INFO_6W*>(driverInfo.get());
@@ -129,20 +139,24 @@ bool UpdatePrinterDriverInfo(const std::wstring& printerName, DeviceInfo& record
 }
 
 bool GetPrinterDriverInfo(HANDLE printer, std::unique_ptr<BYTE[]>& driverInfo) {
-    DWORD needed = 0;
-    DWORD returned = 0;
-    const auto getDriver = [printer, &needed, &returned](BYTE* block, DWORD size) {
-        // The second call's size is kept apart: it says how much of the block was filled, which
-        // may be a lie beyond the block's own size.
-        return GetPrinterDriverW(printer, /*pEnvironment=*/nullptr, /*Level=*/6, block, size,
-                                 block == nullptr ? &needed : &returned);
+    const auto askSize = [printer](DWORD& needed) {
+        return GetPrinterDriverW(printer, /*pEnvironment=*/nullptr, /*Level=*/6,
+                                 /*pDriverInfo=*/nullptr, /*cbBuf=*/0, &needed);
     };
-    if (!RunSpoolerQuery(kDriverTexts, getDriver, needed, driverInfo)) {
+    DWORD filled = 0;
+    const auto fetch = [printer, &filled](BYTE* block, DWORD size) {
+        return GetPrinterDriverW(printer, /*pEnvironment=*/nullptr, /*Level=*/6, block, size,
+                                 &filled);
+    };
+    DWORD blockSize = 0;
+    if (!RunSpoolerQuery(kDriverTexts, askSize, fetch, driverInfo, blockSize)) {
         return false;
     }
-    if (driverInfo && std::min(needed, returned) < sizeof(DRIVER_INFO_6W)) {
+    // Kept: unlike in the list, a size that the second call leaves alone counts as nothing. It may
+    // also be a lie beyond the block's own size.
+    if (driverInfo && std::min(blockSize, filled) < sizeof(DRIVER_INFO_6W)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kDriverTexts.functionName,
-                     "printer driver data error, dwReturned=", returned, ", dwNeeded=", needed);
+                     "printer driver data error, dwReturned=", filled, ", dwNeeded=", blockSize);
         return false;
     }
     return true;

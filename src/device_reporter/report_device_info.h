@@ -2,8 +2,6 @@
 #pragma once
 
 #include <windows.h>
-
-// Behind <windows.h>, which it needs.
 #include <dbt.h>
 
 #include <atomic>

@@ -2,8 +2,6 @@
 #pragma once
 
 #include <windows.h>
-
-// Behind <windows.h>, which they need.
 #include <setupapi.h>
 #include <winspool.h>
 

@@ -18,15 +18,18 @@ struct SpoolerQueryTexts {
 
 /// Asks for a size, takes one zeroed block of exactly that size and fetches the data into it.
 ///
-/// `query` is called as `BOOL(BYTE* block, DWORD size)` and leaves the size that the spooler needs
-/// in `needed`. What `block` held before is freed. False, with a log line, on every failure; a
-/// block that was taken by then stays in `block`. True with no block when there is nothing to
-/// fetch.
-template <typename Query>
-bool RunSpoolerQuery(const SpoolerQueryTexts& texts, Query query, const DWORD& needed,
-                     std::unique_ptr<BYTE[]>& block) {
+/// `askSize` is called once as `BOOL(DWORD& needed)`, without a block: it leaves in `needed` the
+/// size that the spooler needs. `fetch` is called once as `BOOL(BYTE* block, DWORD size)`, with the
+/// block. What `block` held before is freed. False, with a log line, on every failure; a block that
+/// was taken by then stays in `block`. True with no block when there is nothing to fetch.
+/// `blockSize` is the size of the block, or 0.
+template <typename AskSize, typename Fetch>
+bool RunSpoolerQuery(const SpoolerQueryTexts& texts, AskSize askSize, Fetch fetch,
+                     std::unique_ptr<BYTE[]>& block, DWORD& blockSize) {
     block.reset();
-    if (query(/*block=*/nullptr, /*size=*/0)) {
+    blockSize = 0;
+    DWORD needed = 0;
+    if (askSize(needed)) {
         return true;
     }
     const DWORD sizeError = GetLastError();
@@ -46,7 +49,8 @@ bool RunSpoolerQuery(const SpoolerQueryTexts& texts, Query query, const DWORD& n
                      "cannot create printer byte buffer, dwNeeded=", needed);
         return false;
     }
-    if (!query(block.get(), needed)) {
+    blockSize = needed;
+    if (!fetch(block.get(), blockSize)) {
         const DWORD error = GetLastError();
         WriteLogLine(LOG_LEVEL_NORMAL, texts.functionName, texts.secondCallFailed, error);
         return false;

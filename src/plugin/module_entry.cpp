@@ -1,12 +1,12 @@
 // The library's entry point and its two module functions.
 #include <windows.h>
-
 #include <pathcch.h>
 
 #include <string>
 
+#include "platform/plugins_manager.h"
 #include "plugin/plugin_registration.h"
-#include "util/process_end.h"
+#include "util/kept_at_process_end.h"
 #include "util/scoped_handle.h"
 
 namespace {
@@ -50,7 +50,7 @@ bool CallPluginsManager(const char* name) {
     if (manager.module == nullptr) {
         return false;
     }
-    // By way of void*, because no two function types convert into each other silently.
+    // Through void*: a direct cast between two function types draws a warning.
     const auto function = reinterpret_cast<PluginRegistrationFunction>(
         reinterpret_cast<void*>(GetProcAddress(manager.module, name)));
     if (function == nullptr) {
@@ -73,7 +73,7 @@ BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, LPVOID reserved) {
         case DLL_PROCESS_DETACH:
             // Set when the process ends, null when the library is unloaded.
             if (reserved != nullptr) {
-                NoteProcessEnd();
+                processIsEnding = true;
             }
             CallPluginsManager("UnRegisterPlugin");
             return TRUE;

@@ -9,7 +9,7 @@
 #include "reporters/report_bios_info.h"
 #include "reporters/report_ec_log_info.h"
 #include "reporters/report_popup_block_info.h"
-#include "util/module_instance.h"
+#include "util/kept_at_process_end.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ constexpr unsigned int kECLogEventCode = 675;
 
 const ReportBiosInfo biosReporter;
 const ReportPopUpBlockInfo popUpBlockReporter;
-ModuleInstance<VrSDK::BiosEventMonitor> biosEventMonitor;
+KeptAtProcessEnd<VrSDK::BiosEventMonitor> biosEventMonitor;
 /// Whether the latest subscription succeeded. Stop leaves it as it is. Start and Stop run on the
 /// host's thread.
 bool biosEventMonitorStarted = false;
@@ -51,8 +51,8 @@ void StopBiosEvents() {
     if (!biosEventMonitorStarted) {
         return;
     }
-    // The library's stop gets a thread of its own, so that nothing that the host's thread holds
-    // (a COM apartment, an impersonation) is in its way.
+    // Kept: the library's stop has always run on a short thread of its own; whether it works on the
+    // host's is not known. Its result is dropped: there is nothing to do about a failure.
     std::thread([] { biosEventMonitor->StopEventMonitor(); }).join();
 }
 

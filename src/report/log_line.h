@@ -9,7 +9,8 @@
 /// Writes one line: the parts in order, then the writing function's qualified name in parentheses.
 ///
 /// `functionName` is a literal, not a compiler macro, so that a line reads the same whichever
-/// compiler built the plug-in. Numbers come out in plain decimal whatever the global locale. All
+/// compiler built the plug-in. Where two lines carry one name, it is a constant called after it,
+/// such as `kInitFunction`. Numbers come out in plain decimal whatever the global locale. All
 /// arguments, GetLastError() among them, are evaluated before a stream is built. Callable from any
 /// thread.
 template <typename... Parts>

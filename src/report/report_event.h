@@ -1,4 +1,4 @@
-// The one way to send an event.
+// Sends an event. Only the optimisation report builds and sends its own.
 #pragma once
 
 #include <cstdint>

@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "report/log_line.h"
-#include "util/module_instance.h"
+#include "util/kept_at_process_end.h"
+#include "util/module_reference.h"
 
 namespace {
 
-constexpr char kRegisterName[] = "TimerReportMgr::RegisterReportCallback";
-constexpr char kLoopName[] = "TimerReportMgr::Start::<lambda_1>::operator ()";
+constexpr char kRegisterReportCallbackFunction[] = "TimerReportMgr::RegisterReportCallback";
 
 /// More than the steady clock loses against a wait of a day, less than anybody notices of an hour.
 constexpr std::chrono::seconds kClockSlack{10};
@@ -18,16 +18,17 @@ constexpr std::chrono::seconds kClockSlack{10};
 }  // namespace
 
 TimerReportMgr& TimerReportMgr::GetInstance() {
-    static ModuleInstance<TimerReportMgr> instance;
+    static KeptAtProcessEnd<TimerReportMgr> instance;
     return *instance;
 }
 
 TimerReportMgr::~TimerReportMgr() { Stop(); }
 
 void TimerReportMgr::RegisterReportCallback(Callback callback, std::int32_t intervalHours) {
-    WriteLogLine(LOG_LEVEL_NORMAL, kRegisterName, "Register timer:", intervalHours);
+    WriteLogLine(LOG_LEVEL_NORMAL, kRegisterReportCallbackFunction,
+                 "Register timer:", intervalHours);
     if (intervalHours <= 0) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kRegisterName, "Register timer invalid");
+        WriteLogLine(LOG_LEVEL_NORMAL, kRegisterReportCallbackFunction, "Register timer invalid");
         return;
     }
     const std::lock_guard<std::mutex> lock(registerMutex_);
@@ -61,7 +62,9 @@ void TimerReportMgr::Start() {
 void TimerReportMgr::Loop() {
     std::int32_t elapsedHours = 0;
     while (running_) {
-        WriteLogLine(LOG_LEVEL_NORMAL, kLoopName, "BigdataTimerReportFrame loop");
+        // Kept: the line has always named a lambda of Start.
+        WriteLogLine(LOG_LEVEL_NORMAL, "TimerReportMgr::Start::<lambda_1>::operator ()",
+                     "BigdataTimerReportFrame loop");
         std::unique_lock<std::mutex> lock(waitMutex_);
         // Whatever ends the wait early, a full tick begins anew.
         if (!WaitForTick(lock)) {
@@ -90,8 +93,8 @@ bool TimerReportMgr::WaitForTick(std::unique_lock<std::mutex>& lock) {
     if (timedOut) {
         return true;
     }
-    // The library tells a time-out by the wall clock. Where that was slewed or set back during the
-    // wait, a tick would count as ended early, hour after hour.
+    // The library decides by the wall clock what a time-out is. Where that was slewed or set back
+    // during the wait, a tick would count as ended early, hour after hour.
     return std::chrono::steady_clock::now() - begin >= tick - kClockSlack;
 }
 

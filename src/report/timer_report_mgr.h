@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "util/module_reference.h"
+#include "util/scoped_handle.h"
 
 /// Runs callbacks at intervals of whole hours on one loop thread.
 ///

@@ -1,5 +1,7 @@
 // The event library's limits, which its header asks every module that uses it to export. A
 // definition is needed: an initialiser inside the class alone leaves nothing to export.
+#include <cstdint>
+
 #include "platform/xeevent.h"
 
 const std::uint64_t XeEvent::MAX_KEY_LEN;

@@ -21,7 +21,7 @@ constexpr wchar_t kLastReportValueName[] = L"BiosReportTime";
 void ReportBiosInfo::OnRecvReportInfo() const {
     const std::int64_t now = std::time(nullptr);
     std::int64_t last = 0;
-    // A stamp that is missing or unreadable counts as "never reported".
+    // The result is dropped: a stamp that is missing or unreadable counts as "never reported".
     QD::Registry::GetValue(HKEY_LOCAL_MACHINE, kDataReportTimeKey, kLastReportValueName, last,
                            KEY_ALL_ACCESS);
     // Written so that no stamp, however odd, overflows. One in the future suppresses reports too.
@@ -38,7 +38,8 @@ void ReportBiosInfo::OnRecvReportInfo() const {
     SendEvent(kBiosInfoEventId, {{"Product", WStringToString(smBios->GetBoardProductName())},
                                  {"String7", WStringToString(smBios->GetOemProductName())},
                                  {"Version", WStringToString(smBios->GetBIOSSysVersion())}});
-    // Only what was sent is stamped, with the time that the run began.
+    // Only what was sent is stamped, with the time that the run began. The result is dropped:
+    // without the stamp, the next run reports again.
     QD::Registry::SetValue(HKEY_LOCAL_MACHINE, kDataReportTimeKey, kLastReportValueName, now,
                            KEY_ALL_ACCESS);
 }

@@ -31,7 +31,7 @@ std::string FormatProductVersion(const VS_FIXEDFILEINFO& info) {
 }  // namespace
 
 void ReportPopUpBlockInfo::OnRecvReportInfo() const {
-    constexpr char kFunctionName[] = "ReportPopUpBlockInfo::OnRecvReportInfo";
+    constexpr char kOnRecvReportInfoFunction[] = "ReportPopUpBlockInfo::OnRecvReportInfo";
     QD::Registry registry;
     registry.SetRootKey(HKEY_USERS);
     const std::wstring key = GetActiveUserSid() + kTuneBoostKeySuffix;
@@ -42,28 +42,30 @@ void ReportPopUpBlockInfo::OnRecvReportInfo() const {
     // failed read leaves.
     const std::wstring popUpBlockingName = L"PopUpBlockingStatus";
     const std::wstring powerfulModeName = L"PowerfulModeStatus";
-    // Full access is asked for although the switches are only read: a user's key that grants less
-    // counts as unreadable.
+    // Kept: full access is asked for although the switches are only read, so a user's key that
+    // grants less counts as unreadable.
     std::int32_t popUpBlockingStatus = kUnknown;
     if (!QD::Registry::GetValue(HKEY_USERS, key, popUpBlockingName, popUpBlockingStatus,
                                 KEY_ALL_ACCESS)) {
         const DWORD error = GetLastError();
-        WriteLogLine(LOG_LEVEL_ERROR, kFunctionName, "Get register blocking switch fail: ", error);
+        WriteLogLine(LOG_LEVEL_ERROR, kOnRecvReportInfoFunction,
+                     "Get register blocking switch fail: ", error);
         return;
     }
     std::int32_t powerfulModeStatus = kUnknown;
     if (!QD::Registry::GetValue(HKEY_USERS, key, powerfulModeName, powerfulModeStatus,
                                 KEY_ALL_ACCESS)) {
         const DWORD error = GetLastError();
-        WriteLogLine(LOG_LEVEL_ERROR, kFunctionName, "Get register power switch fail: ", error);
+        WriteLogLine(LOG_LEVEL_ERROR, kOnRecvReportInfoFunction,
+                     "Get register power switch fail: ", error);
         return;
     }
     const bool isOn = popUpBlockingStatus == kOn || powerfulModeStatus == kOn;
     const std::string version = GetAppVersion();
 
     XeEvent event(kPopUpBlockInfoEventId);
-    // The event takes over what PutString returned, in the way that the library's users chain
-    // calls. That is the event itself, so the assignments leave it as it is.
+    // Kept: the event is assigned what PutString returns, as the library's users chain calls. That
+    // is the event itself, so the assignments leave it as it is.
     event = event.PutString("mode", "OPEN_MODE");
     event = event.PutString("status", isOn ? "1" : "0");
     event = event.PutString("version", version);

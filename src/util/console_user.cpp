@@ -1,8 +1,6 @@
 #include "util/console_user.h"
 
 #include <windows.h>
-
-// Behind <windows.h>, which they need.
 #include <sddl.h>
 #define SECURITY_WIN32
 #include <security.h>
@@ -91,15 +89,18 @@ std::wstring GetUserSid(const std::wstring& accountName) {
 }
 
 std::wstring GetSessionUserName(unsigned long sessionId) {
-    ScopedKernelHandle token;
+    HANDLE received = nullptr;
+    const BOOL queried = WTSQueryUserToken(sessionId, &received);
+    // Kept: a result other than TRUE counts as a failure, but a token that came with it is closed.
+    ScopedKernelHandle token(received);
     std::optional<ScopedImpersonation> impersonation;
-    if (WTSQueryUserToken(sessionId, token.Receive()) == TRUE) {
+    if (queried == TRUE) {
         impersonation.emplace(token.Get());
     }
     wchar_t name[kNameCapacity] = {};
     ULONG size = kNameCapacity;
     // Asked for whether or not the impersonation took place: without it, the thread's own account
-    // answers.
+    // answers. The result is dropped: after a failure the name is empty.
     GetUserNameExW(NameSamCompatible, name, &size);
     impersonation.reset();
     token.Reset();

@@ -3,7 +3,8 @@
 
 #include <windows.h>
 
-/// Owns one handle and closes it when it goes out of scope.
+/// Owns one handle and closes it when it goes out of scope. A call that fails may leave rubbish in
+/// the handle that it was to return, so ownership is taken only after the call has succeeded.
 ///
 /// `Traits` describes a kind of handle: `Type`, `Invalid()` (the value that means "none") and
 /// `Close(handle)`. Not thread-safe; a handle has one owner.
@@ -40,12 +41,6 @@ public:
         const Type handle = owned;
         owned = Traits::Invalid();
         return handle;
-    }
-
-    /// For calls that return a handle through a pointer. Closes what was owned before.
-    Type* Receive() noexcept {
-        Reset();
-        return &owned;
     }
 
 private:

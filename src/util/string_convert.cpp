@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <memory>
 #include <new>
 
@@ -14,6 +15,7 @@ std::string WStringToString(const std::wstring& text) {
         return {};
     }
     std::string result(static_cast<std::size_t>(size), '\0');
+    // The result is dropped: after a failure the NULs stay.
     WideCharToMultiByte(CP_ACP, /*dwFlags=*/0, text.data(), length, result.data(), size,
                         /*lpDefaultChar=*/nullptr, /*lpUsedDefaultChar=*/nullptr);
     return result;
@@ -42,6 +44,7 @@ std::wstring StringToWString(const std::string& text) {
         return {};
     }
     std::wstring result(static_cast<std::size_t>(size), L'\0');
+    // The result is dropped: after a failure the NULs stay.
     MultiByteToWideChar(CP_ACP, /*dwFlags=*/0, text.data(), length, result.data(), size);
     return result;
 }

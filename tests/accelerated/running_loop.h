@@ -2,8 +2,8 @@
 // exact; a busy machine only makes the waits longer, never shorter.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <string>

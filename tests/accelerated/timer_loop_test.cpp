@@ -1,6 +1,6 @@
 // Whole days of the timer loop.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <atomic>

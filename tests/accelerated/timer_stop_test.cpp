@@ -1,6 +1,6 @@
 // Stop while the loop waits, right before that, and while it runs callbacks.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <atomic>
 #include <functional>

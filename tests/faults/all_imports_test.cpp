@@ -1,6 +1,6 @@
 // That no function is forgotten which a new line of the plug-in may call.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cwctype>

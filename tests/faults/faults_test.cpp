@@ -1,7 +1,7 @@
 // Each call of the system and the suite that the plug-in makes, failing in each way that it may:
 // what is laid down for it happens, everything else is delivered, nothing is left behind.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
@@ -152,8 +152,8 @@ TEST_P(FailingCalls, EndAsLaidDown) {
         }
     }
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-    std::printf("%-36s %4zu runs in %4.1f s, %zu ended other than laid down\n", GetParam().c_str(),
-                runs.size(), seconds.count(), wrong);
+    std::printf("%-36s %4zu runs in %4.1f s, %zu ended badly\n", GetParam().c_str(), runs.size(),
+                seconds.count(), wrong);
     program.runs += runs.size();
     program.wrong += wrong;
 }

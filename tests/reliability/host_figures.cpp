@@ -1,8 +1,6 @@
 #include "reliability/host_figures.h"
 
 #include <windows.h>
-
-// Behind <windows.h>, which they need.
 #include <psapi.h>
 #include <winternl.h>
 

@@ -1,6 +1,6 @@
 // The plug-in loaded, started, stopped and unloaded again and again in one process.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <cstdio>
 

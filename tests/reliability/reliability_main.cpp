@@ -18,7 +18,7 @@ test_support::ReliabilityRecord* record = nullptr;
 const Options& TheOptions() { return options; }
 
 void AddRow(const std::string& what, std::uint64_t tried, std::uint64_t wrong) {
-    std::printf("%s: %llu, %llu of them ended other than laid down\n", what.c_str(),
+    std::printf("%s: %llu, %llu of them ended badly\n", what.c_str(),
                 static_cast<unsigned long long>(tried), static_cast<unsigned long long>(wrong));
     std::fflush(stdout);
     record->Add(what, tried, wrong);

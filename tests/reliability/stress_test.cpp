@@ -1,7 +1,7 @@
 // Lives in which several threads post messages, fire firmware events and plug devices in at once,
 // from before Start until after Stop.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <cstdio>

@@ -1,7 +1,6 @@
 // The library let go by its host while the plug-in still works.
-#include <gtest/gtest.h>
 #include <windows.h>
-// windows.h has to come first.
+#include <gtest/gtest.h>
 #include <setupapi.h>
 #include <winspool.h>
 

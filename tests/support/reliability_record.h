@@ -31,8 +31,8 @@ public:
     ReliabilityRecord();
 
     /// One row of the table. `what` names in the plural what was tried, `tried` says how many,
-    /// `wrong` how many of them ended other than laid down. Rows that are called the same, in
-    /// other programs too, are added up in the table.
+    /// `wrong` how many of them ended badly. Rows that are called the same, in other programs too,
+    /// are added up in the table.
     void Add(const std::string& what, std::uint64_t tried, std::uint64_t wrong);
 
     /// Writes the file with all rows so far. Throws std::runtime_error when it cannot be written.

@@ -57,6 +57,15 @@ done
 echo 'Checks: [' >.clang-tidy
 expect 1 ".clang-tidy" "${tidy[@]}"
 
+includes=(tools/lint/direct_includes build)
+echo 'std::size_t Size(const std::string& text) { return text.size(); }' >"$work/use"
+printf '#include <string>\n' | cat - "$work/use" >"$source_file"
+expect_line 123 "src/code.cpp: include <cstddef> for std::size_t" "${includes[@]}"
+printf '#include <cstddef>\n#include <string>\n' | cat - "$work/use" >"$source_file"
+expect 0 "" "${includes[@]}"
+echo 'int Size() { return one; }' >"$source_file"
+expect 123 "error: use of undeclared identifier 'one'" "${includes[@]}"
+
 # A stamp holds as long as everything stays the same, whatever its time.
 mkdir "$work/a folder"
 files=("$work/a folder/source.cpp" "$work/header.h" "$work/configuration")

@@ -1,6 +1,5 @@
 // The console host: loads the plug-in and shows what it does, or what it would find.
 #include <windows.h>
-
 #include <fcntl.h>
 #include <io.h>
 

@@ -1,7 +1,6 @@
 #include "simulation/device_happenings.h"
 
 #include <windows.h>
-// windows.h has to come first.
 #include <dbt.h>
 
 #include <cstddef>

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <windows.h>
-// windows.h has to come first.
 #include <devpropdef.h>
 
 #include <string>

@@ -1,12 +1,15 @@
-// Properties of any key, filed in a record.
+// Devices with one property of any key, filed in a record.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <string>
 #include <vector>
 
 #include "device_reporter/device_properties.h"
 #include "fuzz/campaign.h"
 #include "fuzz/texts.h"
+#include "simulation/import_redirection.h"
 #include "simulation/well_known.h"
 
 namespace {
@@ -58,7 +61,22 @@ FiledProperty MakeFiledProperty(fuzz::Random& random) {
     if (random.OneIn(4)) {
         filed.text = filed.before.substr(random.Below(filed.before.size() + 1));
     }
+    // A text ends at its first NUL.
+    filed.text.erase(std::find(filed.text.begin(), filed.text.end(), L'\0'), filed.text.end());
     return filed;
+}
+
+const FiledProperty* offered = nullptr;
+
+/// The device has the one property that is offered.
+BOOL WINAPI OfferProperty(HDEVINFO, SP_DEVINFO_DATA*, const DEVPROPKEY* key, DEVPROPTYPE* type,
+                          BYTE* buffer, DWORD, DWORD*, DWORD) {
+    if (!simulation::SameKey(*key, offered->key)) {
+        return FALSE;
+    }
+    *type = DEVPROP_TYPE_STRING;
+    std::memcpy(buffer, offered->text.data(), offered->text.size() * sizeof(wchar_t));
+    return TRUE;
 }
 
 Field FieldOf(const DEVPROPKEY& key) {
@@ -83,7 +101,10 @@ void CheckFiling(const FiledProperty& filed) {
     for (const KnownKey& known : KnownKeys()) {
         record.*known.field = filed.before;
     }
-    DeviceReporter::SetDeviceProperty(record, filed.key, filed.text);
+    offered = &filed;
+    DeviceReporter::PropertyBuffer buffer;
+    SP_DEVINFO_DATA device{};
+    DeviceReporter::ReadDeviceProperties(/*devices=*/nullptr, device, buffer, record);
     for (const KnownKey& known : KnownKeys()) {
         const std::wstring& now = record.*known.field;
         if (known.field != target) {
@@ -97,6 +118,9 @@ void CheckFiling(const FiledProperty& filed) {
 }
 
 TEST(PropertyFilingFuzz, ChangesTheFieldOfTheKeyOnly) {
+    simulation::ImportRedirection imports(GetModuleHandleW(nullptr));
+    imports.Redirect<decltype(::SetupDiGetDevicePropertyW)>("SetupDiGetDevicePropertyW",
+                                                            &OfferProperty);
     fuzz::TryInputs("filed properties", 200000, MakeFiledProperty, CheckFiling);
 }
 

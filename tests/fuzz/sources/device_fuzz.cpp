@@ -1,6 +1,5 @@
 // Whole devices, HID ones among them, as the device set gives them, in any state of disrepair.
 #include <windows.h>
-// windows.h has to come first.
 #include <cfgmgr32.h>
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Monitors as the display configuration and the registry describe them, with names that fill their
 // fields to the end.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>

@@ -1,8 +1,7 @@
 // What the print spooler may answer, lies about sizes among it, also in a block that ends where
 // memory ends.
-#include <gtest/gtest.h>
 #include <windows.h>
-// windows.h has to come first.
+#include <gtest/gtest.h>
 #include <winspool.h>
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 // The system that the device sources ask: the workbench's simulation, which also tells lies here.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <string>
 #include <tuple>

@@ -1,7 +1,7 @@
 #include "fuzz/timer/held_wait.h"
 
-#include <pthread.h>
 #include <windows.h>
+#include <pthread.h>
 
 #include <atomic>
 #include <cerrno>

@@ -1,4 +1,5 @@
 // Devices that come and go while the monitor listens.
+#include <dbt.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -10,9 +11,6 @@
 #include "simulation/well_known.h"
 #include "standins/consent_store/consent_store_control.h"
 #include "support/monitor_window.h"
-
-// Behind <windows.h>, which it needs.
-#include <dbt.h>
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The built plug-in with its device monitor, on a simulated machine whose hours pass at command.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>

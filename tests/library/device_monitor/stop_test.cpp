@@ -1,6 +1,6 @@
 // Stop while the monitor is busy.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 #include <winspool.h>
 
 #include <string>

@@ -1,6 +1,6 @@
 // Clocks that are set, slewed or go on while the machine sleeps, as the timer loop waits.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <atomic>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "library/device_sources/plain_walk.h"
 
-// windows.h has to come first. Not every header of it declares C linkage by itself.
+// Not every SDK's header declares C linkage by itself.
 #include <cfgmgr32.h>
 #include <setupapi.h>
 extern "C" {

@@ -1,7 +1,6 @@
 #include "library/device_sources/registered_devices.h"
 
 #include <windows.h>
-// windows.h has to come first.
 #include <setupapi.h>
 
 #include <stdexcept>

@@ -1,6 +1,6 @@
 // Folders of the host that lack something, or have something else instead.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
 

@@ -1,6 +1,6 @@
 // Parts of the host that a run of it does not show as a whole.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include "host/host_error.h"
 #include "host/run/stop_signal.h"

@@ -1,7 +1,7 @@
 // Every refusal is one line and an exit code that says whether anything was started.
+#include <windows.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <filesystem>
 

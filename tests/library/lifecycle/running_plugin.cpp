@@ -32,9 +32,11 @@ RunningPlugin::RunningPlugin()
     suite.registry.SetValue(key + ":PowerfulModeStatus", 0);
     suite.log.onLine = [this](const test_support::LogLine& line) {
         if ("log 3 " + simulation::ToUtf8(line.text) == kLoopLine) {
-            DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(),
-                            loopThread.Receive(), SYNCHRONIZE, /*bInheritHandle=*/FALSE,
-                            /*dwOptions=*/0);
+            HANDLE copy = nullptr;
+            if (DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &copy,
+                                SYNCHRONIZE, /*bInheritHandle=*/FALSE, /*dwOptions=*/0)) {
+                loopThread.Reset(copy);
+            }
         }
     };
 }

@@ -1,8 +1,8 @@
 // The built plug-in in this process, ready to be started.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>

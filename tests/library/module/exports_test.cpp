@@ -1,7 +1,7 @@
 // What the built library offers and needs, read from its image.
+#include <windows.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 // What the built library does to make an attack on its host harder, read from its image.
+#include <windows.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <set>
 #include <string>

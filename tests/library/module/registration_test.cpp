@@ -1,6 +1,6 @@
 // How the built library announces itself to a manager that the host has loaded.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <set>

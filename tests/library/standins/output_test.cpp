@@ -1,6 +1,6 @@
 // What the stand-ins write: log lines, the record of events, and warnings.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>

@@ -1,7 +1,7 @@
 #include "standins/board_info/smbios_table.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <initializer_list>

@@ -1,6 +1,5 @@
 // HID interfaces in the fill by interface class.
 #include <windows.h>
-// windows.h has to come first.
 #include <setupapi.h>
 
 #include <optional>

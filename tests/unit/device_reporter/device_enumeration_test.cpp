@@ -2,7 +2,6 @@
 #include "device_reporter/device_enumeration.h"
 
 #include <windows.h>
-// windows.h has to come first.
 #include <cfgmgr32.h>
 
 #include <clocale>

@@ -1,4 +1,4 @@
-// How the seven properties of a device are read.
+// How the seven properties of a device are read, and where they are filed.
 #include <cstring>
 #include <string>
 #include <tuple>
@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "device_reporter/device_properties.h"
+#include "simulation/call_text.h"
 #include "simulation/well_known.h"
 #include "unit/device_reporter/machine_test.h"
 
@@ -21,15 +22,14 @@ class PropertyReading : public device_tests::MachineTest {
 protected:
     PropertyReading() { machine.devices = {device_tests::PlainDevice(L"USB\\A")}; }
 
-    /// Reads the machine's only device into a new record.
-    DeviceInfo Read() {
+    /// Reads the machine's only device into the record.
+    DeviceInfo Read(DeviceInfo record = {}) {
         const HDEVINFO set =
             SetupDiGetClassDevsW(nullptr, nullptr, nullptr, DIGCF_PRESENT | DIGCF_ALLCLASSES);
         SP_DEVINFO_DATA device{};
         device.cbSize = sizeof(device);
         EXPECT_TRUE(SetupDiEnumDeviceInfo(set, 0, &device));
-        DeviceInfo record;
-        DeviceReporter::ReadDeviceProperties(set, device, record);
+        DeviceReporter::ReadDeviceProperties(set, device, buffer, record);
         SetupDiDestroyDeviceInfoList(set);
         return record;
     }
@@ -37,6 +37,8 @@ protected:
     void GiveDevice(std::vector<DeviceProperty> properties) {
         machine.devices[0].properties = std::move(properties);
     }
+
+    DeviceReporter::PropertyBuffer buffer;
 };
 
 TEST_F(PropertyReading, AsksForSevenKeysInTheirOrder) {
@@ -51,13 +53,13 @@ TEST_F(PropertyReading, AsksForSevenKeysInTheirOrder) {
                             "{8C7ED206-3F8A-4827-B3AB-AE9E1FAEFC6C} 2"));
 }
 
-TEST_F(PropertyReading, OffersOneBufferOf4096BytesToAllReads) {
+TEST_F(PropertyReading, OffersTheBufferOf4096BytesToAllReads) {
     Read();
     const std::vector<simulation::JournalEntry> calls = Calls("SetupDiGetDevicePropertyW");
     ASSERT_EQ(calls.size(), 7u);
     for (const simulation::JournalEntry& call : calls) {
         EXPECT_EQ(call["device"], "USB\\A");
-        EXPECT_EQ(call["buffer"], calls.front()["buffer"]);
+        EXPECT_EQ(call["buffer"], simulation::CallText(static_cast<const void*>(buffer)));
         EXPECT_EQ(call["capacity"], "4096");
         EXPECT_EQ(call["required"], "null");
         EXPECT_EQ(call["flags"], "0");
@@ -128,6 +130,55 @@ TEST_F(PropertyReading, NamesADeviceByItsFriendlyNameThenByItsName) {
         GiveDevice({DeviceProperty::String(simulation::kNameKey, name),
                     DeviceProperty::String(simulation::kFriendlyNameKey, friendlyName)});
         EXPECT_EQ(Read().name, merged);
+    }
+}
+
+// --- Where they are filed ---
+
+using Field = std::wstring DeviceInfo::*;
+
+constexpr Field kAllFields[] = {&DeviceInfo::instanceId, &DeviceInfo::parent,
+                                &DeviceInfo::name,       &DeviceInfo::manufacturer,
+                                &DeviceInfo::className,  &DeviceInfo::description,
+                                &DeviceInfo::vendorId,   &DeviceInfo::containerId};
+
+struct Filing {
+    DEVPROPKEY key;
+    Field target;
+    bool merges;
+};
+
+std::vector<Filing> Filings() {
+    return {{simulation::kParentKey, &DeviceInfo::parent, false},
+            {simulation::kClassKey, &DeviceInfo::className, false},
+            {simulation::kManufacturerKey, &DeviceInfo::manufacturer, false},
+            {simulation::kDeviceDescKey, &DeviceInfo::description, false},
+            {simulation::kContainerIdKey, &DeviceInfo::containerId, false},
+            {simulation::kFriendlyNameKey, &DeviceInfo::name, true},
+            {simulation::kNameKey, &DeviceInfo::name, true}};
+}
+
+/// A record whose every text is "old".
+DeviceInfo FilledRecord() {
+    DeviceInfo record;
+    for (Field field : kAllFields) {
+        record.*field = L"old";
+    }
+    return record;
+}
+
+TEST_F(PropertyReading, ReplacesOrMergesOneFieldAndTouchesNoOther) {
+    for (const auto& [key, target, merges] : Filings()) {
+        SCOPED_TRACE(key.pid);
+        for (const std::wstring text : {L"new", L"ol", L""}) {
+            GiveDevice({DeviceProperty::String(key, text)});
+            const DeviceInfo record = Read(FilledRecord());
+            const std::wstring merged = text == L"new" ? L"old\nnew" : L"old";
+            for (Field field : kAllFields) {
+                EXPECT_EQ(record.*field, field != target ? L"old" : merges ? merged : text);
+            }
+            EXPECT_FALSE(record.isRemovable);
+        }
     }
 }
 

@@ -6,9 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
-#include "simulation/well_known.h"
 #include "support/grouping_locale.h"
 #include "unit/device_reporter/machine_test.h"
 
@@ -16,12 +14,8 @@ namespace {
 
 using namespace std::literals;
 using device_tests::IsEmpty;
-using DeviceReporter::DeviceInfo;
 using DeviceReporter::JoinStringList;
 using DeviceReporter::PropertyToString;
-using DeviceReporter::SetDeviceProperty;
-
-// --- The text of a property ---
 
 constexpr DEVPROPTYPE kUInt32 = 7;
 constexpr DEVPROPTYPE kGuid = 13;
@@ -130,75 +124,6 @@ TEST_F(PropertyText, OfAStringListEndsWithTheBuffer) {
     EXPECT_EQ(JoinStringList(buffer.With(L"A\0"s + x.substr(3))), L"A\n" + x.substr(3));
     // The last string is one unit at the very end.
     EXPECT_EQ(JoinStringList(buffer.With(x.substr(2) + L'\0' + L'A')), x.substr(2) + L"\nA");
-}
-
-// --- Where it is filed ---
-
-using Field = std::wstring DeviceInfo::*;
-
-constexpr Field kAllFields[] = {&DeviceInfo::instanceId, &DeviceInfo::parent,
-                                &DeviceInfo::name,       &DeviceInfo::manufacturer,
-                                &DeviceInfo::className,  &DeviceInfo::description,
-                                &DeviceInfo::vendorId,   &DeviceInfo::containerId};
-
-struct Filing {
-    DEVPROPKEY key;
-    Field target;
-    bool merges;
-};
-
-std::vector<Filing> Filings() {
-    return {{simulation::kParentKey, &DeviceInfo::parent, false},
-            {simulation::kClassKey, &DeviceInfo::className, false},
-            {simulation::kManufacturerKey, &DeviceInfo::manufacturer, false},
-            {simulation::kDeviceDescKey, &DeviceInfo::description, false},
-            {simulation::kContainerIdKey, &DeviceInfo::containerId, false},
-            {simulation::kFriendlyNameKey, &DeviceInfo::name, true},
-            {simulation::kNameKey, &DeviceInfo::name, true}};
-}
-
-/// A record whose every text is "old".
-DeviceInfo FilledRecord() {
-    DeviceInfo record;
-    for (Field field : kAllFields) {
-        record.*field = L"old";
-    }
-    return record;
-}
-
-TEST(PropertyFiling, ReplacesOrMergesOneFieldAndTouchesNoOther) {
-    for (const auto& [key, target, merges] : Filings()) {
-        SCOPED_TRACE(key.pid);
-        for (const std::wstring text : {L"new", L"ol", L""}) {
-            DeviceInfo record = FilledRecord();
-            SetDeviceProperty(record, key, text);
-            const std::wstring merged = text == L"new" ? L"old\nnew" : L"old";
-            for (Field field : kAllFields) {
-                EXPECT_EQ(record.*field, field != target ? L"old" : merges ? merged : text);
-            }
-            EXPECT_FALSE(record.isRemovable);
-        }
-    }
-}
-
-TEST(PropertyFiling, IgnoresKeysWhoseSetOrNumberDiffers) {
-    // The numbers of one set in another.
-    std::vector<DEVPROPKEY> strangers{{simulation::kParentKey.fmtid, 9},
-                                      {simulation::kClassKey.fmtid, 8},
-                                      {simulation::kContainerIdKey.fmtid, 13}};
-    for (const Filing& filing : Filings()) {
-        strangers.push_back({filing.key.fmtid, filing.key.pid + 100});
-        DEVPROPKEY otherSet = filing.key;
-        otherSet.fmtid.Data4[7] = static_cast<unsigned char>(otherSet.fmtid.Data4[7] ^ 1);
-        strangers.push_back(otherSet);
-    }
-    for (const DEVPROPKEY& stranger : strangers) {
-        DeviceInfo record = FilledRecord();
-        SetDeviceProperty(record, stranger, L"new");
-        for (Field field : kAllFields) {
-            EXPECT_EQ(record.*field, L"old") << "pid " << stranger.pid;
-        }
-    }
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "device_reporter/hid_info.h"
 
 #include <windows.h>
-// windows.h has to come first. Not every header of it declares C linkage by itself.
+// Not every SDK's header declares C linkage by itself.
 #include <setupapi.h>
 extern "C" {
 #include <hidsdi.h>

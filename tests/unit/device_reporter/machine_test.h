@@ -1,9 +1,9 @@
 // Tests of the device sources on a simulated machine.
 #pragma once
 
+#include <windows.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <string>
 #include <string_view>

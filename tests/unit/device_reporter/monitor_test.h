@@ -1,8 +1,8 @@
 // What all tests of the device monitor share.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 // The monitor's window procedure, called for a window of the test's own. The thread with its
 // message loop and what it makes of device notifications is in the tests of the built library.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>

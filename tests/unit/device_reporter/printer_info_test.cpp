@@ -2,7 +2,6 @@
 #include "device_reporter/printer_info.h"
 
 #include <windows.h>
-// windows.h has to come first.
 #include <winspool.h>
 
 #include <memory>

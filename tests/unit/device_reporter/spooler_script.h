@@ -1,9 +1,8 @@
 // A print spooler whose answers are written by hand, one for each call.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <windows.h>
-// windows.h has to come first.
+#include <gtest/gtest.h>
 #include <winspool.h>
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // The library's entry point, linked into the test program so that its calls can be watched. What it
 // does in the built library, whose calls fail too, is in the tests of the library.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
@@ -14,7 +14,7 @@
 #include "standins/plugins_manager/plugins_manager_control.h"
 #include "support/child_process.h"
 #include "unit/import_override.h"
-#include "util/process_end.h"
+#include "util/kept_at_process_end.h"
 #include "util/scoped_handle.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
@@ -30,7 +30,7 @@ protected:
         EXPECT_TRUE(world.faults.Missed().empty());
         // For good, and so for every test behind: what the end of the process does is seen in a
         // process of its own.
-        EXPECT_FALSE(IsProcessEnding());
+        EXPECT_FALSE(processIsEnding);
     }
 
     /// The calls that one entry makes.

@@ -2,8 +2,8 @@
 // library.
 #include "plugin/plugin_registration.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdlib>

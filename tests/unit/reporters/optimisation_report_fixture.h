@@ -1,8 +1,8 @@
 // The optimisation report on a machine of which the test knows everything.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #include "reporters/report_bios_info.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <ctime>
 #include <limits>

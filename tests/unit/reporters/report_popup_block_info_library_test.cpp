@@ -1,6 +1,6 @@
 // How the optimisation report uses the suite's libraries and the real registry.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #include "reporters/report_popup_block_info.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <limits>

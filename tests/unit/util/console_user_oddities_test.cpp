@@ -1,7 +1,6 @@
 // Results that are neither TRUE nor FALSE, and the buffers that the system fills.
-#include <gtest/gtest.h>
 #include <windows.h>
-// windows.h has to come first.
+#include <gtest/gtest.h>
 #include <sddl.h>
 #define SECURITY_WIN32
 #include <security.h>

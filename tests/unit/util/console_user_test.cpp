@@ -1,8 +1,8 @@
 // From the console session to the user's name and SID.
 #include "util/console_user.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>

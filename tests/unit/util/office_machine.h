@@ -1,8 +1,8 @@
 // A machine with several logon sessions, for the functions that look for a user.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>

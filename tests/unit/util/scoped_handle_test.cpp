@@ -87,18 +87,6 @@ TEST_F(Handle, StaysWithAnOwnerThatIsMovedToItself) {
     EXPECT_EQ(closed, Numbers{7});
 }
 
-TEST_F(Handle, IsClosedWhenAnotherIsReceivedInItsPlace) {
-    {
-        ScopedNumber number(7);
-        int* const receiver = number.Receive();
-        EXPECT_EQ(closed, Numbers{7});
-        EXPECT_FALSE(number);
-        *receiver = 8;
-        EXPECT_EQ(number.Get(), 8);
-    }
-    EXPECT_EQ(closed, (Numbers{7, 8}));
-}
-
 TEST_F(Handle, IsClosedByAReset) {
     ScopedNumber number(7);
     number.Reset(8);

@@ -1,7 +1,7 @@
 #include "util/string_convert.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <string>
 #include <tuple>

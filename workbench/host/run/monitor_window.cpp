@@ -1,7 +1,6 @@
 #include "host/run/monitor_window.h"
 
 #include <windows.h>
-// windows.h has to come first.
 #include <dbt.h>
 
 #include <algorithm>

@@ -1,7 +1,6 @@
 #include "host/run/this_computer.h"
 
 #include <windows.h>
-// windows.h has to come first.
 #include <sddl.h>
 
 #include <filesystem>
@@ -39,10 +38,13 @@ std::wstring OwnSid() {
     // A SID has at most 15 sub-authorities.
     alignas(TOKEN_USER) BYTE user[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE];
     DWORD size = 0;
+    HANDLE opened = nullptr;
     ScopedKernelHandle token;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened)) {
+        token.Reset(opened);
+    }
     wchar_t* text = nullptr;
-    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token.Receive()) ||
-        !GetTokenInformation(token.Get(), TokenUser, user, sizeof(user), &size) ||
+    if (!token || !GetTokenInformation(token.Get(), TokenUser, user, sizeof(user), &size) ||
         !ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(user)->User.Sid, &text)) {
         throw Failed("find out the account's SID", Win32ErrorText(GetLastError()));
     }

@@ -1,5 +1,4 @@
 #include <windows.h>
-// windows.h has to come first.
 #include <sddl.h>
 
 #include <cwchar>

@@ -1,5 +1,5 @@
 #include <windows.h>
-// windows.h has to come first. Not every header of it declares C linkage by itself.
+// Not every SDK's header declares C linkage by itself.
 extern "C" {
 #include <hidsdi.h>
 }

@@ -1,5 +1,4 @@
 #include <windows.h>
-// windows.h has to come first.
 #include <wtsapi32.h>
 #define SECURITY_WIN32
 #include <security.h>

@@ -2,7 +2,6 @@
 // as what it does: "refuses", "throws", "throws a number", "keeps" what the system hands out, or
 // "stays" in a thread that nothing ends. Its entry point is the step "load".
 #include <windows.h>
-// windows.h has to come first.
 #include <setupapi.h>
 
 #include <memory>

@@ -1,8 +1,8 @@
 // Device sets and HID devices: the fakes and the system answer alike. Left out is what Wine does
 // not implement or does otherwise than Windows: node status, the structure size of interface data.
-#include <gmock/gmock.h>
 #include <windows.h>
-// windows.h has to come first. Not every header of it declares C linkage by itself.
+#include <gmock/gmock.h>
+// Not every SDK's header declares C linkage by itself.
 extern "C" {
 #include <hidsdi.h>
 }

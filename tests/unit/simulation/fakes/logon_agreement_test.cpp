@@ -1,9 +1,8 @@
 // Accounts, sessions and tokens: the fakes and the system answer alike. Left out is what Wine does
 // not implement or does otherwise than Windows: it lists no sessions, has a token for each, and
 // tells the letter cases of accounts apart.
-#include <gmock/gmock.h>
 #include <windows.h>
-// windows.h has to come first.
+#include <gmock/gmock.h>
 #include <sddl.h>
 #include <wtsapi32.h>
 #define SECURITY_WIN32

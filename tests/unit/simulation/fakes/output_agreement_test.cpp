@@ -1,8 +1,7 @@
 // Printers, displays and the registry: the fakes and the system answer alike. The machine at hand
 // is taken to have a display and no printer.
-#include <gmock/gmock.h>
 #include <windows.h>
-// windows.h has to come first.
+#include <gmock/gmock.h>
 #include <winspool.h>
 
 #include "agreement.h"

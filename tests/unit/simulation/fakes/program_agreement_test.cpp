@@ -1,9 +1,8 @@
 // Modules, version resources and windows: the fakes and the system answer alike. Left out is that
 // the simulated system knows no folders: a file there is merely not found.
-#include <gmock/gmock.h>
 #include <windows.h>
-// windows.h has to come first.
 #include <dbt.h>
+#include <gmock/gmock.h>
 #include <pathcch.h>
 
 #include "agreement.h"

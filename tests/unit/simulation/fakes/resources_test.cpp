@@ -1,8 +1,7 @@
 // Everything that a fake hands out is in the ledger until it comes back.
-#include <gmock/gmock.h>
 #include <windows.h>
-// windows.h has to come first.
 #include <dbt.h>
+#include <gmock/gmock.h>
 #include <sddl.h>
 #include <setupapi.h>
 #include <winspool.h>
