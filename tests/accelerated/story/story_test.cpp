@@ -213,9 +213,10 @@ TEST(Story, AwkwardDevicesAreDescribedRight) {
     board["DeviceDesc"] = "0123456789012345678901234567890\xF0\x9F\x98\x80 behind the cut";
     DeviceOf(machine, "USB\\VID_3A5C&PID_1101&MI_00\\7&16d2b9f3&0&0000")["properties"]["Class"] =
         "AudioSystems";
-    DeviceOf(machine, kStick)["properties"].erase("ContainerId");
-    DeviceOf(machine, "USB\\VID_2B7E&PID_B74A&MI_00\\6&2a11f3c0&0&0000")["properties"].erase(
-        "ContainerId");
+    DeviceOf(machine, kStick)["properties"]["ContainerId"] = nullptr;
+    auto& camera =
+        DeviceOf(machine, "USB\\VID_2B7E&PID_B74A&MI_00\\6&2a11f3c0&0&0000")["properties"];
+    camera["ContainerId"] = nullptr;
     DeviceOf(machine, "USB\\VID_0F0F&PID_9025\\AA04012700008311")["statusResult"] = 13;
     machine["display"]["topology"] = "clone";
     machine["display"]["paths"][1]["edid"] = nullptr;

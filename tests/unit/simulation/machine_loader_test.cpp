@@ -130,6 +130,28 @@ TEST(MachineLoader, ReadsDevices) {
     EXPECT_EQ(offered.hid->openError, 5u);
 }
 
+TEST(MachineLoader, AddsWhatTheSystemSaysByItself) {
+    const Machine machine = ParseMachine(R"({"devices": [
+        {"id": "USB\\A", "properties": {
+            "DeviceDesc": "D", "ContainerId": "{4d1e55b2-f16f-11cf-88cb-001111000030}"}},
+        {"id": "HID\\B", "properties": {"Parent": "USB\\A", "DeviceDesc": "D", "FriendlyName": "F"},
+         "interfaces": [{"class": "hid"}]},
+        {"id": "C", "properties": {"Parent": "HID\\B", "Name": "N", "FriendlyName": "F"}},
+        {"id": "D", "properties": {"DeviceDesc": "D", "Parent": "C", "Name": null}}]})",
+                                         "");
+    std::vector<std::string> names;
+    for (const Device& device : machine.devices) {
+        const DeviceProperty* const name = FindProperty(device.properties, kNameKey);
+        names.push_back(name == nullptr ? "none"
+                                        : std::string(1, static_cast<char>(name->bytes[0])));
+        const DeviceProperty* const container = FindProperty(device.properties, kContainerIdKey);
+        names.back() += container == nullptr ? "" : " " + std::to_string(container->bytes.at(15));
+    }
+    EXPECT_THAT(names, ::testing::ElementsAre("D 48", "F 48", "N 48", "none 48"));
+    EXPECT_EQ(machine.devices[1].interfaces[0].path,
+              L"\\\\?\\hid#b#{4d1e55b2-f16f-11cf-88cb-001111000030}");
+}
+
 // What the machines that come with the workbench leave out.
 TEST(MachineLoader, ReadsWhatMayBeAbsent) {
     const Machine plain = ParseMachine("{}", "");

@@ -22,10 +22,9 @@ struct OpenSets {
 
 GUID SetupClassOf(const Device& device) {
     GUID setupClass{};
-    for (const DeviceProperty& property : device.properties) {
-        if (SameKey(property.key, kClassGuidKey) && property.bytes.size() == sizeof(setupClass)) {
-            std::memcpy(&setupClass, property.bytes.data(), sizeof(setupClass));
-        }
+    const DeviceProperty* const property = FindProperty(device.properties, kClassGuidKey);
+    if (property != nullptr && property->bytes.size() == sizeof(setupClass)) {
+        std::memcpy(&setupClass, property->bytes.data(), sizeof(setupClass));
     }
     return setupClass;
 }

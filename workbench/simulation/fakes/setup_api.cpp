@@ -133,16 +133,13 @@ BOOL WINAPI FakeSetupDiGetDevicePropertyW(HDEVINFO handle, SP_DEVINFO_DATA* data
     if (device == nullptr) {
         return call.Fails<BOOL>(FALSE, ERROR_NO_SUCH_DEVINST);
     }
-    const auto property =
-        std::find_if(device->properties.begin(), device->properties.end(),
-                     [&](const DeviceProperty& candidate) { return SameKey(candidate.key, *key); });
-    const bool found = property != device->properties.end();
-    *type = found ? property->type : DEVPROP_TYPE_EMPTY;
-    const std::size_t needed = found ? property->bytes.size() : 0;
+    const DeviceProperty* const property = FindProperty(device->properties, *key);
+    *type = property != nullptr ? property->type : DEVPROP_TYPE_EMPTY;
+    const std::size_t needed = property != nullptr ? property->bytes.size() : 0;
     if (required != nullptr) {
         *required = static_cast<DWORD>(needed);
     }
-    if (!found) {
+    if (property == nullptr) {
         return call.Fails(FALSE, ERROR_NOT_FOUND);
     }
     if (capacity < needed) {

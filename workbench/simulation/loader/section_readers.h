@@ -16,7 +16,7 @@ void Read(const JsonNode& list, std::vector<Device>& devices);
 void Read(const JsonNode& node, Device& device);
 void Read(const JsonNode& node, DeviceInterface& result);
 void Read(const JsonNode& node, HidAnswers& hid);
-/// The members of a device's "properties".
+/// The members of a device's "properties". One that is null has no type.
 void Read(const JsonNode& members, std::vector<DeviceProperty>& properties);
 
 void Read(const JsonNode& node, Printer& printer);
