@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -52,7 +53,16 @@ public:
     /// Takes a resource back. False, with an entry in Errors(), when it is not out.
     bool Release(ResourceKind kind, const void* value);
 
-    bool IsOpen(ResourceKind kind, const void* value) const;
+    /// Takes a resource back if it is out; tells whether it was.
+    bool ReleaseIfOpen(ResourceKind kind, const void* value) {
+        return IsOpen(kind, value) && Release(kind, value);
+    }
+
+    bool IsOpen(ResourceKind kind, const void* value) const {
+        return NoteOf(kind, value).has_value();
+    }
+    /// The note of an open resource; nothing when it is not out.
+    std::optional<std::string> NoteOf(ResourceKind kind, const void* value) const;
     /// Whether `value` was made by some ledger's Acquire, open or not.
     static bool IsSimulatedHandle(const void* value);
 
@@ -66,7 +76,8 @@ public:
     bool Balanced() const;
 
 private:
-    /// Under the lock.
+    // Under the lock.
+    std::vector<OpenResource>::const_iterator Find(ResourceKind kind, const void* value) const;
     bool WasReturned(const void* value) const;
 
     mutable SlimMutex mutex;

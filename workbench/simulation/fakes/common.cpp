@@ -7,12 +7,4 @@ bool SameName(std::wstring_view left, std::wstring_view right) {
                                 static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
 }
 
-void GuidArgument(FakeCall& call, const char* name, const GUID* guid) {
-    if (guid == nullptr) {
-        call.Argument(name, nullptr);
-    } else {
-        call.Argument(name, *guid);
-    }
-}
-
 }  // namespace simulation

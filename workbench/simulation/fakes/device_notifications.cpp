@@ -12,8 +12,7 @@ decltype(::RegisterDeviceNotificationW)* realRegisterDeviceNotificationW = nullp
 decltype(::UnregisterDeviceNotification)* realUnregisterDeviceNotification = nullptr;
 
 HDEVNOTIFY WINAPI FakeRegisterDeviceNotificationW(HANDLE recipient, void* filter, DWORD flags) {
-    FakeCall call("RegisterDeviceNotificationW");
-    call.Argument("recipient", recipient);
+    FakeCall call("RegisterDeviceNotificationW", Arg{"recipient", recipient});
     const auto* header = static_cast<const DEV_BROADCAST_HDR*>(filter);
     call.Arguments({{"filterSize", header->dbch_size}, {"deviceType", header->dbch_devicetype}});
     if (header->dbch_devicetype == DBT_DEVTYP_DEVICEINTERFACE) {
@@ -30,8 +29,7 @@ HDEVNOTIFY WINAPI FakeRegisterDeviceNotificationW(HANDLE recipient, void* filter
 }
 
 BOOL WINAPI FakeUnregisterDeviceNotification(HDEVNOTIFY notification) {
-    FakeCall call("UnregisterDeviceNotification");
-    call.Argument("notification", notification);
+    FakeCall call("UnregisterDeviceNotification", Arg{"notification", notification});
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }

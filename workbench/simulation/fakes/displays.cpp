@@ -20,8 +20,8 @@ bool SelectsPaths(UINT32 flags) {
 
 /// Plans: ShortSize reports as many paths as the planned number.
 LONG WINAPI FakeGetDisplayConfigBufferSizes(UINT32 flags, UINT32* pathCount, UINT32* modeCount) {
-    FakeCall call("GetDisplayConfigBufferSizes");
-    call.Arguments({{"flags", flags}, {"pathCount", pathCount}, {"modeCount", modeCount}});
+    FakeCall call("GetDisplayConfigBufferSizes", Arg{"flags", flags}, Arg{"pathCount", pathCount},
+                  Arg{"modeCount", modeCount});
     const bool shortSize = call.IsPlanned(FaultVariant::ShortSize);
     if (call.PlannedFault() && !shortSize) {
         return call.FailsWithStatus<LONG>();
@@ -57,13 +57,10 @@ DISPLAYCONFIG_PATH_INFO PathInfo(const DisplayPath& path, UINT32 firstMode) {
 LONG WINAPI FakeQueryDisplayConfig(UINT32 flags, UINT32* pathCount, DISPLAYCONFIG_PATH_INFO* paths,
                                    UINT32* modeCount, DISPLAYCONFIG_MODE_INFO* modes,
                                    DISPLAYCONFIG_TOPOLOGY_ID* topology) {
-    FakeCall call("QueryDisplayConfig");
-    call.Arguments({{"flags", flags},
-                    {"pathCount", pathCount == nullptr ? 0 : *pathCount},
-                    {"paths", paths},
-                    {"modeCount", modeCount == nullptr ? 0 : *modeCount},
-                    {"modes", modes},
-                    {"topology", topology}});
+    FakeCall call("QueryDisplayConfig", Arg{"flags", flags},
+                  Arg{"pathCount", pathCount == nullptr ? 0 : *pathCount}, Arg{"paths", paths},
+                  Arg{"modeCount", modeCount == nullptr ? 0 : *modeCount}, Arg{"modes", modes},
+                  Arg{"topology", topology});
     const bool nothing = call.IsPlanned(FaultVariant::SuccessWithNothing);
     if (call.PlannedFault() && !nothing) {
         return call.FailsWithStatus<LONG>();
@@ -171,11 +168,9 @@ const DisplayPath* FindSource(const Display& display, const wchar_t* gdiName) {
 
 /// Knows the current mode, which is also the one that the registry holds.
 BOOL WINAPI FakeEnumDisplaySettingsW(const wchar_t* device, DWORD modeNumber, DEVMODEW* mode) {
-    FakeCall call("EnumDisplaySettingsW");
-    call.Arguments({{"device", device},
-                    {"modeNumber", static_cast<int>(modeNumber)},
-                    {"mode", mode},
-                    {"structureSize", mode == nullptr ? 0 : mode->dmSize}});
+    FakeCall call("EnumDisplaySettingsW", Arg{"device", device},
+                  Arg{"modeNumber", static_cast<int>(modeNumber)}, Arg{"mode", mode},
+                  Arg{"structureSize", mode == nullptr ? 0 : mode->dmSize});
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }

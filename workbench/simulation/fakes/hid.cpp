@@ -6,7 +6,6 @@ extern "C" {
 
 #include <algorithm>
 #include <cstring>
-#include <map>
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
@@ -14,11 +13,6 @@ extern "C" {
 
 namespace simulation {
 namespace {
-
-/// Interface path by file handle.
-struct OpenHidFiles {
-    std::map<HANDLE, std::wstring> paths;
-};
 
 decltype(::CreateFileW)* realCreateFileW = nullptr;
 decltype(::HidD_GetProductString)* realHidD_GetProductString = nullptr;
@@ -48,24 +42,16 @@ HANDLE OpenInterface(FakeCall& call, const InterfaceOfDevice& found) {
     if (found.offered->hid->openError != ERROR_SUCCESS) {
         return call.Fails<HANDLE>(INVALID_HANDLE_VALUE, found.offered->hid->openError);
     }
-    World& world = call.world();
-    const HANDLE file = world.ledger.Acquire(ResourceKind::File, ToUtf8(found.offered->path));
-    Remember(world.FamilyState<OpenHidFiles>().paths, world.ledger, ResourceKind::File, file,
-             found.offered->path);
-    return call.Returns(file);
+    return call.Returns<HANDLE>(
+        call.world().ledger.Acquire(ResourceKind::File, ToUtf8(found.offered->path)));
 }
 
 HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share,
                               SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
                               HANDLE templateFile) {
-    FakeCall call("CreateFileW");
-    call.Arguments({{"path", path},
-                    {"access", access},
-                    {"share", share},
-                    {"security", security},
-                    {"disposition", disposition},
-                    {"flags", flags},
-                    {"templateFile", templateFile}});
+    FakeCall call("CreateFileW", Arg{"path", path}, Arg{"access", access}, Arg{"share", share},
+                  Arg{"security", security}, Arg{"disposition", disposition}, Arg{"flags", flags},
+                  Arg{"templateFile", templateFile});
     if (call.PlannedFault()) {
         return call.Fails<HANDLE>(INVALID_HANDLE_VALUE);
     }
@@ -85,12 +71,12 @@ HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share,
 BOOLEAN AnswerText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
                    std::optional<std::wstring> HidAnswers::*text) {
     World& world = call.world();
-    if (!world.ledger.IsOpen(ResourceKind::File, file)) {
+    const std::optional<std::string> path = world.ledger.NoteOf(ResourceKind::File, file);
+    if (!path) {
         return call.Fails<BOOLEAN>(FALSE, ERROR_INVALID_HANDLE);
     }
     const auto lock = world.Lock();
-    const InterfaceOfDevice found =
-        FindInterface(world.machine, world.FamilyState<OpenHidFiles>().paths.at(file));
+    const InterfaceOfDevice found = FindInterface(world.machine, FromUtf8(*path));
     if (found.device == nullptr || !found.device->present || !found.offered->hid) {
         return call.Fails<BOOLEAN>(FALSE, ERROR_DEVICE_NOT_CONNECTED);
     }

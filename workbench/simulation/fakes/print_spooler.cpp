@@ -2,8 +2,6 @@
 // windows.h has to come first.
 #include <winspool.h>
 
-#include <map>
-
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
 #include "simulation/fakes/families.h"
@@ -12,10 +10,8 @@
 namespace simulation {
 namespace {
 
-/// Queue name by handle; absent for the print server itself.
-struct OpenPrinters {
-    std::map<HANDLE, std::optional<std::wstring>> queues;
-};
+/// What an open handle stands for that was asked for without a name.
+constexpr char kPrintServer[] = "print server";
 
 const Printer* FindPrinter(const Machine& machine, const std::wstring& name) {
     for (const Printer& printer : machine.printers) {
@@ -94,14 +90,9 @@ DWORD WriteDriver(const Machine& machine, const Printer& printer, BYTE* block, s
 /// reported, whether as the size that is needed or together with the entries.
 BOOL WINAPI FakeEnumPrintersW(DWORD flags, wchar_t* name, DWORD level, BYTE* block, DWORD size,
                               DWORD* needed, DWORD* returned) {
-    FakeCall call("EnumPrintersW");
-    call.Arguments({{"flags", flags},
-                    {"name", name},
-                    {"level", level},
-                    {"block", block},
-                    {"size", size},
-                    {"needed", needed},
-                    {"returned", returned}});
+    FakeCall call("EnumPrintersW", Arg{"flags", flags}, Arg{"name", name}, Arg{"level", level},
+                  Arg{"block", block}, Arg{"size", size}, Arg{"needed", needed},
+                  Arg{"returned", returned});
     const bool nothing = call.IsPlanned(FaultVariant::SuccessWithNothing);
     const bool shortSize = call.IsPlanned(FaultVariant::ShortSize);
     if (call.PlannedFault() && !nothing && !shortSize) {
@@ -141,8 +132,8 @@ BOOL WINAPI FakeEnumPrintersW(DWORD flags, wchar_t* name, DWORD level, BYTE* blo
 
 /// Plans: NullResult succeeds with a null handle.
 BOOL WINAPI FakeOpenPrinterW(wchar_t* name, HANDLE* printer, PRINTER_DEFAULTSW* defaults) {
-    FakeCall call("OpenPrinterW");
-    call.Arguments({{"name", name}, {"printer", printer}, {"defaults", defaults}});
+    FakeCall call("OpenPrinterW", Arg{"name", name}, Arg{"printer", printer},
+                  Arg{"defaults", defaults});
     if (call.IsPlanned(FaultVariant::NullResult)) {
         *printer = nullptr;
         return call.Returns(TRUE);
@@ -158,10 +149,8 @@ BOOL WINAPI FakeOpenPrinterW(wchar_t* name, HANDLE* printer, PRINTER_DEFAULTSW* 
     if (name != nullptr && FindPrinter(world.machine, name) == nullptr) {
         return call.Fails(FALSE, ERROR_INVALID_PRINTER_NAME);
     }
-    *printer = world.ledger.Acquire(ResourceKind::Printer,
-                                    name == nullptr ? "print server" : ToUtf8(name));
-    Remember(world.FamilyState<OpenPrinters>().queues, world.ledger, ResourceKind::Printer,
-             *printer, name == nullptr ? std::nullopt : std::optional<std::wstring>(name));
+    *printer =
+        world.ledger.Acquire(ResourceKind::Printer, name == nullptr ? kPrintServer : ToUtf8(name));
     return call.Returns(TRUE);
 }
 
@@ -169,13 +158,9 @@ BOOL WINAPI FakeOpenPrinterW(wchar_t* name, HANDLE* printer, PRINTER_DEFAULTSW* 
 /// the size that is reported, whether as the size that is needed or together with the structure.
 BOOL WINAPI FakeGetPrinterDriverW(HANDLE printer, wchar_t* environment, DWORD level, BYTE* block,
                                   DWORD size, DWORD* needed) {
-    FakeCall call("GetPrinterDriverW");
-    call.Arguments({{"printer", printer},
-                    {"environment", environment},
-                    {"level", level},
-                    {"block", block},
-                    {"size", size},
-                    {"needed", needed}});
+    FakeCall call("GetPrinterDriverW", Arg{"printer", printer}, Arg{"environment", environment},
+                  Arg{"level", level}, Arg{"block", block}, Arg{"size", size},
+                  Arg{"needed", needed});
     const bool shortSize = call.IsPlanned(FaultVariant::ShortSize);
     if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns(TRUE);
@@ -184,7 +169,8 @@ BOOL WINAPI FakeGetPrinterDriverW(HANDLE printer, wchar_t* environment, DWORD le
         return call.Fails(FALSE);
     }
     World& world = call.world();
-    if (!world.ledger.IsOpen(ResourceKind::Printer, printer)) {
+    const std::optional<std::string> name = world.ledger.NoteOf(ResourceKind::Printer, printer);
+    if (!name || *name == kPrintServer) {
         return call.Fails(FALSE, ERROR_INVALID_HANDLE);
     }
     if (level != 6) {
@@ -194,8 +180,7 @@ BOOL WINAPI FakeGetPrinterDriverW(HANDLE printer, wchar_t* environment, DWORD le
         return call.Fails<BOOL>(FALSE, RPC_X_NULL_REF_POINTER);
     }
     const auto lock = world.Lock();
-    const std::optional<std::wstring>& name = world.FamilyState<OpenPrinters>().queues.at(printer);
-    const Printer* const queue = name ? FindPrinter(world.machine, *name) : nullptr;
+    const Printer* const queue = FindPrinter(world.machine, FromUtf8(*name));
     if (queue == nullptr) {
         return call.Fails(FALSE, ERROR_INVALID_HANDLE);
     }
@@ -217,8 +202,7 @@ BOOL WINAPI FakeGetPrinterDriverW(HANDLE printer, wchar_t* environment, DWORD le
 }
 
 BOOL WINAPI FakeClosePrinter(HANDLE printer) {
-    FakeCall call("ClosePrinter");
-    call.Argument("printer", printer);
+    FakeCall call("ClosePrinter", Arg{"printer", printer});
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }

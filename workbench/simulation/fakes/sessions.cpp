@@ -14,11 +14,12 @@
 namespace simulation {
 namespace {
 
-struct SessionState {
-    std::map<HANDLE, DWORD> tokens;         ///< Token to session id.
-    std::map<DWORD, DWORD> impersonations;  ///< Thread id to session id.
-    std::map<void*, std::unique_ptr<WTS_SESSION_INFOW[]>> lists;
+struct SessionLists {
+    std::map<void*, std::unique_ptr<WTS_SESSION_INFOW[]>> byAddress;
 };
+
+/// What the ledger notes of a session's token, and of a thread that borrowed its user's identity.
+std::string NoteOf(const Session& session) { return "session " + std::to_string(session.id); }
 
 /// The ledger knows borrowed identities by their thread.
 void* ThreadValue() {
@@ -34,6 +35,17 @@ const Session* FindSession(const Machine& machine, DWORD id) {
     return nullptr;
 }
 
+/// As whom the calling thread acts.
+std::wstring CurrentUser(World& world) {
+    const auto borrowed = world.ledger.NoteOf(ResourceKind::Impersonation, ThreadValue());
+    for (const Session& session : world.machine.logons.sessions) {
+        if (borrowed == NoteOf(session)) {
+            return session.userName;
+        }
+    }
+    return world.machine.logons.hostAccount;
+}
+
 /// Plans: any gives "no console session".
 DWORD WINAPI FakeWTSGetActiveConsoleSessionId() {
     FakeCall call("WTSGetActiveConsoleSessionId");
@@ -47,8 +59,8 @@ DWORD WINAPI FakeWTSGetActiveConsoleSessionId() {
 /// Plans: NullResult gives no list at all, SuccessWithNothing a list without entries.
 BOOL WINAPI FakeWTSEnumerateSessionsW(HANDLE server, DWORD reserved, DWORD version,
                                       WTS_SESSION_INFOW** list, DWORD* count) {
-    FakeCall call("WTSEnumerateSessionsW");
-    call.Arguments({{"server", server}, {"reserved", reserved}, {"version", version}});
+    FakeCall call("WTSEnumerateSessionsW", Arg{"server", server}, Arg{"reserved", reserved},
+                  Arg{"version", version});
     const auto variant =
         call.PlannedFault() ? std::optional(call.PlannedFault()->variant) : std::nullopt;
     if (variant == FaultVariant::NullResult) {
@@ -75,24 +87,22 @@ BOOL WINAPI FakeWTSEnumerateSessionsW(HANDLE server, DWORD reserved, DWORD versi
     *list = entries.get();
     *count = variant ? 0 : static_cast<DWORD>(sessions.size());
     world.ledger.Adopt(ResourceKind::WtsMemory, *list, "session list");
-    world.FamilyState<SessionState>().lists[*list] = std::move(entries);
+    world.FamilyState<SessionLists>().byAddress[*list] = std::move(entries);
     return call.Returns(TRUE);
 }
 
 void WINAPI FakeWTSFreeMemory(void* memory) {
-    FakeCall call("WTSFreeMemory");
-    call.Argument("memory", memory);
+    FakeCall call("WTSFreeMemory", Arg{"memory", memory});
     World& world = call.world();
     if (world.ledger.Release(ResourceKind::WtsMemory, memory)) {
         const auto lock = world.Lock();
-        world.FamilyState<SessionState>().lists.erase(memory);
+        world.FamilyState<SessionLists>().byAddress.erase(memory);
     }
 }
 
 /// Plans: NullResult succeeds with a null token.
 BOOL WINAPI FakeWTSQueryUserToken(ULONG sessionId, HANDLE* token) {
-    FakeCall call("WTSQueryUserToken");
-    call.Argument("sessionId", sessionId);
+    FakeCall call("WTSQueryUserToken", Arg{"sessionId", sessionId});
     if (call.PlannedFault()) {
         if (call.PlannedFault()->variant != FaultVariant::NullResult) {
             return call.Fails(FALSE);
@@ -115,30 +125,22 @@ BOOL WINAPI FakeWTSQueryUserToken(ULONG sessionId, HANDLE* token) {
     if (session->userName.empty()) {
         return call.Fails(FALSE, ERROR_NO_TOKEN);
     }
-    *token = world.ledger.Acquire(ResourceKind::Token, "session " + std::to_string(sessionId));
-    Remember(world.FamilyState<SessionState>().tokens, world.ledger, ResourceKind::Token, *token,
-             DWORD{sessionId});
+    *token = world.ledger.Acquire(ResourceKind::Token, NoteOf(*session));
     return call.Returns(TRUE);
 }
 
 BOOL WINAPI FakeImpersonateLoggedOnUser(HANDLE token) {
-    FakeCall call("ImpersonateLoggedOnUser");
-    call.Argument("token", token);
+    FakeCall call("ImpersonateLoggedOnUser", Arg{"token", token});
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }
-    World& world = call.world();
-    if (!world.ledger.IsOpen(ResourceKind::Token, token)) {
+    ResourceLedger& ledger = call.world().ledger;
+    const std::optional<std::string> session = ledger.NoteOf(ResourceKind::Token, token);
+    if (!session) {
         return call.Fails(FALSE, ERROR_INVALID_HANDLE);
     }
-    const auto lock = world.Lock();
-    auto& state = world.FamilyState<SessionState>();
-    const DWORD sessionId = state.tokens.at(token);
-    state.impersonations[GetCurrentThreadId()] = sessionId;
-    if (!world.ledger.IsOpen(ResourceKind::Impersonation, ThreadValue())) {
-        world.ledger.Adopt(ResourceKind::Impersonation, ThreadValue(),
-                           "session " + std::to_string(sessionId));
-    }
+    ledger.ReleaseIfOpen(ResourceKind::Impersonation, ThreadValue());
+    ledger.Adopt(ResourceKind::Impersonation, ThreadValue(), *session);
     return call.Returns(TRUE);
 }
 
@@ -147,20 +149,15 @@ BOOL WINAPI FakeRevertToSelf() {
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }
-    World& world = call.world();
-    const auto lock = world.Lock();
     // Reverting without having impersonated is allowed.
-    if (world.FamilyState<SessionState>().impersonations.erase(GetCurrentThreadId()) != 0) {
-        world.ledger.Release(ResourceKind::Impersonation, ThreadValue());
-    }
+    call.world().ledger.ReleaseIfOpen(ResourceKind::Impersonation, ThreadValue());
     return call.Returns(TRUE);
 }
 
 /// Plans: ShortSize fails as for a buffer that is too small, SuccessWithNothing gives an empty
 /// name.
 BOOLEAN SEC_ENTRY FakeGetUserNameExW(EXTENDED_NAME_FORMAT format, wchar_t* name, ULONG* size) {
-    FakeCall call("GetUserNameExW");
-    call.Arguments({{"format", format}, {"size", *size}});
+    FakeCall call("GetUserNameExW", Arg{"format", format}, Arg{"size", *size});
     const auto& fault = call.PlannedFault();
     if (fault && fault->variant == FaultVariant::Fail) {
         return call.Fails<BOOLEAN>(FALSE);
@@ -171,12 +168,7 @@ BOOLEAN SEC_ENTRY FakeGetUserNameExW(EXTENDED_NAME_FORMAT format, wchar_t* name,
 
     World& world = call.world();
     const auto lock = world.Lock();
-    const auto& impersonations = world.FamilyState<SessionState>().impersonations;
-    const auto impersonated = impersonations.find(GetCurrentThreadId());
-    const Session* const session = impersonated == impersonations.end()
-                                       ? nullptr
-                                       : FindSession(world.machine, impersonated->second);
-    std::wstring text = session == nullptr ? world.machine.logons.hostAccount : session->userName;
+    std::wstring text = CurrentUser(world);
     if (fault && fault->variant == FaultVariant::SuccessWithNothing) {
         text.clear();
     } else if (text.empty()) {

@@ -19,9 +19,8 @@ const SetDevice* DeviceArgument(FakeCall& call, const DeviceSet* set, const SP_D
 /// Plans: SuccessWithNothing opens an empty set.
 HDEVINFO WINAPI FakeSetupDiGetClassDevsW(const GUID* classGuid, const wchar_t* enumerator,
                                          HWND window, DWORD flags) {
-    FakeCall call("SetupDiGetClassDevsW");
-    GuidArgument(call, "classGuid", classGuid);
-    call.Arguments({{"enumerator", enumerator}, {"window", window}, {"flags", flags}});
+    FakeCall call("SetupDiGetClassDevsW", Arg{"classGuid", classGuid},
+                  Arg{"enumerator", enumerator}, Arg{"window", window}, Arg{"flags", flags});
     const bool empty = call.IsPlanned(FaultVariant::SuccessWithNothing);
     if (call.PlannedFault() && !empty) {
         return call.Fails<HDEVINFO>(INVALID_HANDLE_VALUE);
@@ -36,8 +35,7 @@ HDEVINFO WINAPI FakeSetupDiGetClassDevsW(const GUID* classGuid, const wchar_t* e
 }
 
 BOOL WINAPI FakeSetupDiDestroyDeviceInfoList(HDEVINFO handle) {
-    FakeCall call("SetupDiDestroyDeviceInfoList");
-    call.Argument("set", handle);
+    FakeCall call("SetupDiDestroyDeviceInfoList", Arg{"set", handle});
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }
@@ -47,9 +45,8 @@ BOOL WINAPI FakeSetupDiDestroyDeviceInfoList(HDEVINFO handle) {
 }
 
 BOOL WINAPI FakeSetupDiEnumDeviceInfo(HDEVINFO handle, DWORD index, SP_DEVINFO_DATA* data) {
-    FakeCall call("SetupDiEnumDeviceInfo");
-    call.Arguments(
-        {{"set", handle}, {"index", index}, {"structureSize", data == nullptr ? 0 : data->cbSize}});
+    FakeCall call("SetupDiEnumDeviceInfo", Arg{"set", handle}, Arg{"index", index},
+                  Arg{"structureSize", data == nullptr ? 0 : data->cbSize});
     const auto lock = call.world().Lock();
     const DeviceSet* const set = FindSet(call.world(), handle);
     if (const auto error = call.Refused(
