@@ -77,8 +77,10 @@ public:
         DWORD error;
     };
 
-    /// The planned error, or else that of the first refusal that applies.
-    std::optional<DWORD> Refused(std::initializer_list<Refusal> refusals) const;
+    /// The planned error, unless the fake has a use of its own for that variant, or else the error
+    /// of the first refusal that applies.
+    std::optional<DWORD> Refused(std::initializer_list<Refusal> refusals,
+                                 FaultVariant ownUse = FaultVariant::Fail) const;
 
     /// Success; the last error stays.
     template <class Result>

@@ -15,8 +15,6 @@ namespace simulation {
 namespace {
 
 decltype(::CreateFileW)* realCreateFileW = nullptr;
-decltype(::HidD_GetProductString)* realHidD_GetProductString = nullptr;
-decltype(::HidD_GetManufacturerString)* realHidD_GetManufacturerString = nullptr;
 
 struct InterfaceOfDevice {
     const Device* device = nullptr;
@@ -98,8 +96,8 @@ BOOLEAN AnswerText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
 }
 
 /// Plans: SuccessWithNothing leaves the buffer as it is.
-BOOLEAN QueryText(FakeCall& call, decltype(::HidD_GetProductString)* real, HANDLE file,
-                  void* buffer, ULONG size, std::optional<std::wstring> HidAnswers::*text) {
+BOOLEAN QueryText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
+                  std::optional<std::wstring> HidAnswers::*text) {
     call.Arguments({{"file", file}, {"buffer", buffer}, {"size", size}});
     if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns<BOOLEAN>(TRUE);
@@ -107,19 +105,17 @@ BOOLEAN QueryText(FakeCall& call, decltype(::HidD_GetProductString)* real, HANDL
     if (call.PlannedFault()) {
         return call.Fails<BOOLEAN>(FALSE);
     }
-    return ResourceLedger::IsSimulatedHandle(file) ? AnswerText(call, file, buffer, size, text)
-                                                   : call.PassTo(real, file, buffer, size);
+    return AnswerText(call, file, buffer, size, text);
 }
 
 BOOLEAN NTAPI FakeHidD_GetProductString(HANDLE file, void* buffer, ULONG size) {
     FakeCall call("HidD_GetProductString");
-    return QueryText(call, realHidD_GetProductString, file, buffer, size, &HidAnswers::product);
+    return QueryText(call, file, buffer, size, &HidAnswers::product);
 }
 
 BOOLEAN NTAPI FakeHidD_GetManufacturerString(HANDLE file, void* buffer, ULONG size) {
     FakeCall call("HidD_GetManufacturerString");
-    return QueryText(call, realHidD_GetManufacturerString, file, buffer, size,
-                     &HidAnswers::manufacturer);
+    return QueryText(call, file, buffer, size, &HidAnswers::manufacturer);
 }
 
 }  // namespace
@@ -127,9 +123,10 @@ BOOLEAN NTAPI FakeHidD_GetManufacturerString(HANDLE file, void* buffer, ULONG si
 void InstallHidFakes(ImportRedirection& redirection) {
     redirection.RedirectImported({
         {"CreateFileW", FakeCreateFileW, &realCreateFileW},
-        {"HidD_GetProductString", FakeHidD_GetProductString, &realHidD_GetProductString},
-        {"HidD_GetManufacturerString", FakeHidD_GetManufacturerString,
-         &realHidD_GetManufacturerString},
+        Replace<decltype(::HidD_GetProductString)>("HidD_GetProductString",
+                                                   FakeHidD_GetProductString),
+        Replace<decltype(::HidD_GetManufacturerString)>("HidD_GetManufacturerString",
+                                                        FakeHidD_GetManufacturerString),
     });
 }
 

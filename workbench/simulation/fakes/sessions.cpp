@@ -103,27 +103,20 @@ void WINAPI FakeWTSFreeMemory(void* memory) {
 /// Plans: NullResult succeeds with a null token.
 BOOL WINAPI FakeWTSQueryUserToken(ULONG sessionId, HANDLE* token) {
     FakeCall call("WTSQueryUserToken", Arg{"sessionId", sessionId});
-    if (call.PlannedFault()) {
-        if (call.PlannedFault()->variant != FaultVariant::NullResult) {
-            return call.Fails(FALSE);
-        }
+    if (call.IsPlanned(FaultVariant::NullResult)) {
         *token = nullptr;
         return call.Returns(TRUE);
-    }
-    if (token == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
     }
     World& world = call.world();
     const auto lock = world.Lock();
     const Session* const session = FindSession(world.machine, sessionId);
-    if (session == nullptr) {
-        return call.Fails(FALSE, ERROR_FILE_NOT_FOUND);
+    if (const auto error = call.Refused({{token == nullptr, ERROR_INVALID_PARAMETER},
+                                         {session == nullptr, ERROR_FILE_NOT_FOUND}})) {
+        return call.Fails(FALSE, *error);
     }
-    if (session->tokenError != ERROR_SUCCESS) {
-        return call.Fails(FALSE, session->tokenError);
-    }
-    if (session->userName.empty()) {
-        return call.Fails(FALSE, ERROR_NO_TOKEN);
+    if (session->tokenError != ERROR_SUCCESS || session->userName.empty()) {
+        return call.Fails(
+            FALSE, session->tokenError != ERROR_SUCCESS ? session->tokenError : ERROR_NO_TOKEN);
     }
     *token = world.ledger.Acquire(ResourceKind::Token, NoteOf(*session));
     return call.Returns(TRUE);
@@ -131,13 +124,10 @@ BOOL WINAPI FakeWTSQueryUserToken(ULONG sessionId, HANDLE* token) {
 
 BOOL WINAPI FakeImpersonateLoggedOnUser(HANDLE token) {
     FakeCall call("ImpersonateLoggedOnUser", Arg{"token", token});
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
     ResourceLedger& ledger = call.world().ledger;
     const std::optional<std::string> session = ledger.NoteOf(ResourceKind::Token, token);
-    if (!session) {
-        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
+    if (const auto error = call.Refused({{!session, ERROR_INVALID_HANDLE}})) {
+        return call.Fails(FALSE, *error);
     }
     ledger.ReleaseIfOpen(ResourceKind::Impersonation, ThreadValue());
     ledger.Adopt(ResourceKind::Impersonation, ThreadValue(), *session);

@@ -1,3 +1,7 @@
+#include <windows.h>
+// windows.h has to come first.
+#include <cfgmgr32.h>
+
 #include <algorithm>
 #include <cwchar>
 
@@ -146,6 +150,31 @@ BOOL WINAPI FakeSetupDiGetDevicePropertyW(HDEVINFO handle, SP_DEVINFO_DATA* data
     return call.Returns(TRUE);
 }
 
+CONFIGRET WINAPI FakeCM_Get_DevNode_Status(ULONG* status, ULONG* problem, DEVINST node,
+                                           ULONG flags) {
+    FakeCall call("CM_Get_DevNode_Status");
+    World& world = call.world();
+    const auto lock = world.Lock();
+    const std::wstring instanceId = InstanceIdOf(world, node);
+    call.Arguments({{"node", node}, {"device", instanceId.c_str()}, {"flags", flags}});
+    if (const auto error =
+            call.Refused({{status == nullptr || problem == nullptr, CR_INVALID_POINTER},
+                          {flags != 0, CR_INVALID_FLAG},
+                          {instanceId.empty(), CR_INVALID_DEVNODE}})) {
+        return call.ReturnsStatus(static_cast<CONFIGRET>(*error));
+    }
+    const Device* const device = FindDevice(world.machine, instanceId, node - 1);
+    if (device == nullptr || !device->present) {
+        return call.ReturnsStatus<CONFIGRET>(CR_NO_SUCH_DEVNODE);
+    }
+    if (device->statusResult != CR_SUCCESS) {
+        return call.ReturnsStatus(device->statusResult);
+    }
+    *status = device->status;
+    *problem = device->problem;
+    return call.ReturnsStatus<CONFIGRET>(CR_SUCCESS);
+}
+
 }  // namespace
 
 void InstallSetupApiFakes(ImportRedirection& redirection) {
@@ -159,6 +188,8 @@ void InstallSetupApiFakes(ImportRedirection& redirection) {
                                                          FakeSetupDiGetDeviceInstanceIdW),
         Replace<decltype(::SetupDiGetDevicePropertyW)>("SetupDiGetDevicePropertyW",
                                                        FakeSetupDiGetDevicePropertyW),
+        Replace<decltype(::CM_Get_DevNode_Status)>("CM_Get_DevNode_Status",
+                                                   FakeCM_Get_DevNode_Status),
     });
 }
 

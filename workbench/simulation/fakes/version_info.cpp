@@ -79,15 +79,10 @@ BOOL WINAPI FakeGetFileVersionInfoW(const wchar_t* path, DWORD handle, DWORD siz
     if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns(TRUE);
     }
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
     const std::optional<VersionResource> resource = FindResource(call.world(), path);
-    if (!resource) {
-        return call.Fails(FALSE, ERROR_FILE_NOT_FOUND);
-    }
-    if (block == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_DATA);
+    if (const auto error = call.Refused(
+            {{!resource, ERROR_FILE_NOT_FOUND}, {block == nullptr, ERROR_INVALID_DATA}})) {
+        return call.Fails(FALSE, *error);
     }
     // A block that is too small gets what fits.
     std::memcpy(block, &*resource, std::min<std::size_t>(size, sizeof(*resource)));

@@ -1,4 +1,6 @@
 #include <windows.h>
+// windows.h has to come first.
+#include <dbt.h>
 
 #include <map>
 
@@ -22,6 +24,8 @@ decltype(::DefWindowProcW)* realDefWindowProcW = nullptr;
 decltype(::GetMessageW)* realGetMessageW = nullptr;
 decltype(::PostMessageW)* realPostMessageW = nullptr;
 decltype(::PostQuitMessage)* realPostQuitMessage = nullptr;
+decltype(::RegisterDeviceNotificationW)* realRegisterDeviceNotificationW = nullptr;
+decltype(::UnregisterDeviceNotification)* realUnregisterDeviceNotification = nullptr;
 
 const void* AtomValue(ATOM atom) {
     return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(atom));
@@ -149,6 +153,32 @@ void WINAPI FakePostQuitMessage(int exitCode) {
     call.PassTo(realPostQuitMessage, exitCode);
 }
 
+HDEVNOTIFY WINAPI FakeRegisterDeviceNotificationW(HANDLE recipient, void* filter, DWORD flags) {
+    FakeCall call("RegisterDeviceNotificationW", Arg{"recipient", recipient});
+    const auto* header = static_cast<const DEV_BROADCAST_HDR*>(filter);
+    call.Arguments({{"filterSize", header->dbch_size}, {"deviceType", header->dbch_devicetype}});
+    if (header->dbch_devicetype == DBT_DEVTYP_DEVICEINTERFACE) {
+        call.Argument("interfaceClass",
+                      static_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(filter)->dbcc_classguid);
+    }
+    call.Argument("flags", flags);
+    const HDEVNOTIFY notification = call.FailsOrPassesTo(
+        HDEVNOTIFY{}, realRegisterDeviceNotificationW, recipient, filter, flags);
+    if (notification != nullptr) {
+        call.world().ledger.Adopt(ResourceKind::Notification, notification);
+    }
+    return notification;
+}
+
+BOOL WINAPI FakeUnregisterDeviceNotification(HDEVNOTIFY notification) {
+    FakeCall call("UnregisterDeviceNotification", Arg{"notification", notification});
+    if (call.PlannedFault()) {
+        return call.Fails(FALSE);
+    }
+    call.world().ledger.Release(ResourceKind::Notification, notification);
+    return call.PassTo(realUnregisterDeviceNotification, notification);
+}
+
 }  // namespace
 
 void InstallWindowFakes(ImportRedirection& redirection) {
@@ -161,6 +191,10 @@ void InstallWindowFakes(ImportRedirection& redirection) {
         {"GetMessageW", FakeGetMessageW, &realGetMessageW},
         {"PostMessageW", FakePostMessageW, &realPostMessageW},
         {"PostQuitMessage", FakePostQuitMessage, &realPostQuitMessage},
+        {"RegisterDeviceNotificationW", FakeRegisterDeviceNotificationW,
+         &realRegisterDeviceNotificationW},
+        {"UnregisterDeviceNotification", FakeUnregisterDeviceNotification,
+         &realUnregisterDeviceNotification},
     });
 }
 

@@ -32,7 +32,6 @@ void Read(const JsonNode& node, Firmware& firmware);
 void Read(const JsonNode& node, Suite& suite);
 void Read(const JsonNode& node, EcLogAnswer& answer);
 void Read(const JsonNode& node, RegistryPreset& preset);
-void Read(const JsonNode& node, Clocks& clocks);
 void Read(const JsonNode& node, std::map<std::wstring, FileVersion>& versions);
 
 }  // namespace simulation
