@@ -37,6 +37,7 @@ struct OpenResource {
     ResourceKind kind;
     void* value;
     std::string note;
+    std::wstring subject = {};  ///< What a handle that has a name stands for.
 };
 
 /// What was handed out, what came back, and what came back wrongly. Safe to use from any thread.
@@ -44,7 +45,7 @@ class ResourceLedger {
 public:
     /// Hands out a new handle value that is neither an address nor a real handle, and is never
     /// given twice. `note` says in messages what it stands for.
-    void* Acquire(ResourceKind kind, std::string note = {});
+    void* Acquire(ResourceKind kind, std::string note = {}, std::wstring subject = {});
 
     /// Enters a value that exists already: an address, a real handle, an atom. A value may be
     /// entered several times (module references) and then has to come back as often.
@@ -59,10 +60,10 @@ public:
     }
 
     bool IsOpen(ResourceKind kind, const void* value) const {
-        return NoteOf(kind, value).has_value();
+        return FindOpen(kind, value).has_value();
     }
-    /// The note of an open resource; nothing when it is not out.
-    std::optional<std::string> NoteOf(ResourceKind kind, const void* value) const;
+    /// Nothing when it is not out.
+    std::optional<OpenResource> FindOpen(ResourceKind kind, const void* value) const;
     /// Whether `value` was made by some ledger's Acquire, open or not.
     static bool IsSimulatedHandle(const void* value);
 

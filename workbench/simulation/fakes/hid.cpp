@@ -40,8 +40,8 @@ HANDLE OpenInterface(FakeCall& call, const InterfaceOfDevice& found) {
     if (found.offered->hid->openError != ERROR_SUCCESS) {
         return call.Fails<HANDLE>(INVALID_HANDLE_VALUE, found.offered->hid->openError);
     }
-    return call.Returns<HANDLE>(
-        call.world().ledger.Acquire(ResourceKind::File, ToUtf8(found.offered->path)));
+    return call.Returns<HANDLE>(call.world().ledger.Acquire(
+        ResourceKind::File, ToUtf8(found.offered->path), found.offered->path));
 }
 
 HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share,
@@ -69,12 +69,12 @@ HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share,
 BOOLEAN AnswerText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
                    std::optional<std::wstring> HidAnswers::*text) {
     World& world = call.world();
-    const std::optional<std::string> path = world.ledger.NoteOf(ResourceKind::File, file);
-    if (!path) {
+    const auto open = world.ledger.FindOpen(ResourceKind::File, file);
+    if (!open) {
         return call.Fails<BOOLEAN>(FALSE, ERROR_INVALID_HANDLE);
     }
     const auto lock = world.Lock();
-    const InterfaceOfDevice found = FindInterface(world.machine, FromUtf8(*path));
+    const InterfaceOfDevice found = FindInterface(world.machine, open->subject);
     if (found.device == nullptr || !found.device->present || !found.offered->hid) {
         return call.Fails<BOOLEAN>(FALSE, ERROR_DEVICE_NOT_CONNECTED);
     }

@@ -155,8 +155,9 @@ BOOL WINAPI FakeOpenPrinterW(wchar_t* name, HANDLE* printer, PRINTER_DEFAULTSW* 
               ERROR_INVALID_PRINTER_NAME}})) {
         return call.Fails(FALSE, *error);
     }
+    const std::wstring queue = name == nullptr ? L"" : name;
     *printer = world.ledger.Acquire(ResourceKind::Printer,
-                                    name == nullptr ? "print server" : ToUtf8(name));
+                                    name == nullptr ? "print server" : ToUtf8(queue), queue);
     return call.Returns(TRUE);
 }
 
@@ -171,10 +172,10 @@ BOOL WINAPI FakeGetPrinterDriverW(HANDLE printer, wchar_t* environment, DWORD le
     }
     World& world = call.world();
     const auto lock = world.Lock();
-    const std::optional<std::string> name = world.ledger.NoteOf(ResourceKind::Printer, printer);
-    const Printer* const queue = FindPrinter(world.machine, FromUtf8(name.value_or("")));
+    const auto open = world.ledger.FindOpen(ResourceKind::Printer, printer);
+    const Printer* const queue = open ? FindPrinter(world.machine, open->subject) : nullptr;
     if (const auto error =
-            call.Refused({{!name, ERROR_INVALID_HANDLE},
+            call.Refused({{!open, ERROR_INVALID_HANDLE},
                           {level != 6, ERROR_INVALID_LEVEL},
                           {needed == nullptr, RPC_X_NULL_REF_POINTER},
                           {queue == nullptr, ERROR_INVALID_HANDLE},

@@ -65,7 +65,7 @@ LSTATUS WINAPI FakeRegOpenKeyExA(HKEY root, const char* subKey, DWORD options, R
     for (const DisplayPath& monitor : world.machine.display.paths) {
         if (SameName(ParametersKey(monitor.devicePath), path)) {
             *key = static_cast<HKEY>(
-                world.ledger.Acquire(ResourceKind::RegistryKey, ToUtf8(monitor.devicePath)));
+                world.ledger.Acquire(ResourceKind::RegistryKey, subKey, monitor.devicePath));
             return call.ReturnsStatus<LSTATUS>(ERROR_SUCCESS);
         }
     }
@@ -115,15 +115,15 @@ LSTATUS WINAPI FakeRegQueryValueExA(HKEY key, const char* name, DWORD* reserved,
     if (!ResourceLedger::IsSimulatedHandle(key)) {
         return call.ReturnsStatus(realRegQueryValueExA(key, name, reserved, type, data, size));
     }
-    const std::optional<std::string> monitor = world.ledger.NoteOf(ResourceKind::RegistryKey, key);
-    if (!monitor) {
+    const auto open = world.ledger.FindOpen(ResourceKind::RegistryKey, key);
+    if (!open) {
         return call.ReturnsStatus<LSTATUS>(ERROR_INVALID_HANDLE);
     }
     if (reserved != nullptr || (data != nullptr && size == nullptr)) {
         return call.ReturnsStatus<LSTATUS>(ERROR_INVALID_PARAMETER);
     }
     const auto lock = world.Lock();
-    const std::vector<BYTE>* const edid = FindEdid(world.machine, FromUtf8(*monitor));
+    const std::vector<BYTE>* const edid = FindEdid(world.machine, open->subject);
     if (edid == nullptr || name == nullptr || !SameName(Widen(name), L"EDID")) {
         return call.ReturnsStatus<LSTATUS>(ERROR_FILE_NOT_FOUND);
     }

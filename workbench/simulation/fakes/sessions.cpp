@@ -37,9 +37,9 @@ const Session* FindSession(const Machine& machine, DWORD id) {
 
 /// As whom the calling thread acts.
 std::wstring CurrentUser(World& world) {
-    const auto borrowed = world.ledger.NoteOf(ResourceKind::Impersonation, ThreadValue());
+    const auto borrowed = world.ledger.FindOpen(ResourceKind::Impersonation, ThreadValue());
     for (const Session& session : world.machine.logons.sessions) {
-        if (borrowed == NoteOf(session)) {
+        if (borrowed && borrowed->note == NoteOf(session)) {
             return session.userName;
         }
     }
@@ -125,12 +125,12 @@ BOOL WINAPI FakeWTSQueryUserToken(ULONG sessionId, HANDLE* token) {
 BOOL WINAPI FakeImpersonateLoggedOnUser(HANDLE token) {
     FakeCall call("ImpersonateLoggedOnUser", Arg{"token", token});
     ResourceLedger& ledger = call.world().ledger;
-    const std::optional<std::string> session = ledger.NoteOf(ResourceKind::Token, token);
-    if (const auto error = call.Refused({{!session, ERROR_INVALID_HANDLE}})) {
+    const auto open = ledger.FindOpen(ResourceKind::Token, token);
+    if (const auto error = call.Refused({{!open, ERROR_INVALID_HANDLE}})) {
         return call.Fails(FALSE, *error);
     }
     ledger.ReleaseIfOpen(ResourceKind::Impersonation, ThreadValue());
-    ledger.Adopt(ResourceKind::Impersonation, ThreadValue(), *session);
+    ledger.Adopt(ResourceKind::Impersonation, ThreadValue(), open->note);
     return call.Returns(TRUE);
 }
 
