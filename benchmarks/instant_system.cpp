@@ -38,8 +38,8 @@ simulation::SimulatedMachine& InstantMachine() {
     using namespace simulation;
     static SimulatedMachine machine(
         GetModuleHandleW(nullptr), Machine(),
-        {InstallConfigManagerFakes, InstallDisplayFakes, InstallPrintSpoolerFakes,
-         InstallRegistryFakes, InstallSetupApiFakes, InstallSetupApiInterfaceFakes});
+        {InstallDisplayFakes, InstallPrintSpoolerFakes, InstallRegistryFakes, InstallSetupApiFakes,
+         InstallSetupApiInterfaceFakes});
     machine.world().journal.Stop();
     return machine;
 }

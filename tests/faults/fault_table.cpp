@@ -23,6 +23,7 @@ Scene MakeScene(const Json& machineChanges) {
     const Json described = ReadJson(kFolder / "everything.json").patch(machineChanges);
     Scene scene;
     scene.machine = simulation::ParseMachine(described.dump(), "everything.json");
+    scene.machine.steadyNanoseconds = 5'000'000'000;
     // What is absent at first arrives later.
     std::vector<simulation::Device>& devices = scene.machine.devices;
     const auto absent =

@@ -125,8 +125,9 @@ class ManyEvents(PageTest):
         rows = "#lists .scroll:first-child tbody tr"
         self.assertEqual(self.text("#list-title")[:17], "List 2000 in full")
         self.assertEqual(len(self.find_all(rows)), 50)
-        self.find(".turner button").click()
-        self.assertEqual(self.text("#list-title")[:17], "List 1950 in full")
+        self.find("#lists button.link").click()
+        self.assertEqual(self.text("#list-title")[:17], "List 1951 in full")
+        self.assertEqual(len(self.find_all(rows)), 50)
         self.find("#number").send_keys("1234", Keys.TAB)
         self.assertEqual(len(self.rows()), 2)
         self.press("f")

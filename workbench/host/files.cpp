@@ -1,17 +1,13 @@
 #include "host/files.h"
 
+#include "common/scoped_file.h"
 #include "common/text.h"
-#include "util/scoped_handle.h"
 
 namespace host {
-namespace {
 
-struct FileTraits {
-    using Type = HANDLE;
-    static Type Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Type handle) noexcept { CloseHandle(handle); }
-};
-using ScopedFile = ScopedHandle<FileTraits>;
+using workbench::ScopedFile;
+
+namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 

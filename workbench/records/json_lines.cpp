@@ -25,7 +25,7 @@ void ReadJsonLine(std::string_view line, const std::string& place, const std::st
     using Json = nlohmann::json;
     try {
         const Json json = Json::parse(line);
-        read(simulation::JsonNode(json, "", place));
+        read(simulation::JsonNode(json, place));
     } catch (const Json::parse_error& error) {
         throw workbench::BadInput(place + ": not valid JSON at column " +
                                   std::to_string(error.byte) + advice);

@@ -2,8 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "common/text.h"
-
 namespace records {
 
 std::string EventName(int id) {
@@ -27,10 +25,6 @@ std::size_t EventBytes(const SentEvent& event) {
         bytes += field.key.size() + field.value.size();
     }
     return bytes;
-}
-
-std::string FieldText(const std::string& bytes) {
-    return workbench::ToUtf8(workbench::ToWide(bytes));
 }
 
 std::optional<std::vector<ListedDevice>> ParseDeviceChunk(const std::string& json) {

@@ -49,10 +49,6 @@ std::string EventName(int id);
 /// Bytes of all keys and values.
 std::size_t EventBytes(const SentEvent& event);
 
-/// A value as UTF-8. What is not valid UTF-8 is taken for text in the ANSI code page, which is what
-/// the other reports put.
-std::string FieldText(const std::string& bytes);
-
 /// What the payload says of a device.
 inline constexpr const char* kDeviceMembers[] = {"class", "name", "desc", "maker", "device"};
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "common/bad_input.h"
+#include "common/text.h"
 #include "records/json_lines.h"
 
 namespace records {
@@ -83,7 +84,7 @@ RecordedLine ReadLogLine(std::string_view line, const std::string& place) {
             ": not a log line; it begins like \"2026-11-20 19:54:03.120 [3] \", "
             "as --log writes it");
     }
-    return {*time, line[kTimeEnd + 2] - '0', FieldText(std::string(line.substr(kTextBegin)))};
+    return {*time, line[kTimeEnd + 2] - '0', workbench::AsUtf8(line.substr(kTextBegin))};
 }
 
 }  // namespace

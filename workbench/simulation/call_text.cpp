@@ -14,11 +14,19 @@ std::string GuidText(const GUID& guid) {
     return text;
 }
 
-std::string CallText(const wchar_t* text) { return text == nullptr ? "null" : ToUtf8(text); }
+// What may stand where a text is expected: nothing, an atom or an ordinal.
 
-std::string CallText(const char* text) { return text == nullptr ? "null" : text; }
+std::string CallText(const wchar_t* text) {
+    return IS_INTRESOURCE(text) ? CallText(static_cast<const void*>(text)) : ToUtf8(text);
+}
+
+std::string CallText(const char* text) {
+    return IS_INTRESOURCE(text) ? CallText(static_cast<const void*>(text)) : text;
+}
 
 std::string CallText(const GUID& guid) { return GuidText(guid); }
+
+std::string CallText(const GUID* guid) { return guid == nullptr ? "null" : GuidText(*guid); }
 
 std::string CallText(const LUID& luid) {
     return std::to_string(luid.HighPart) + ":" + std::to_string(luid.LowPart);

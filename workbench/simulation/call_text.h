@@ -1,5 +1,5 @@
 // Arguments and results of Windows calls as readable text: numbers in decimal, texts as UTF-8,
-// pointers and handles as 0x..., null pointers as "null", GUIDs in braces.
+// pointers, handles, atoms and ordinals as 0x..., null pointers as "null", GUIDs in braces.
 #pragma once
 
 #include <windows.h>
@@ -22,6 +22,7 @@ std::string CallText(const wchar_t* text);
 std::string CallText(const char* text);
 inline std::string CallText(const std::string& text) { return text; }
 std::string CallText(const GUID& guid);
+std::string CallText(const GUID* guid);
 std::string CallText(const LUID& luid);
 std::string CallText(const void* pointer);
 std::string CallText(std::nullptr_t);

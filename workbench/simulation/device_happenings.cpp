@@ -7,37 +7,46 @@
 #include <cstring>
 #include <vector>
 
-#include "simulation/fakes/device_sets.h"
-
 namespace simulation {
 namespace {
 
 constexpr wchar_t kMonitorWindowClass[] = L"DeviceMonitorWnd";
 
 /// The notification's structure with the path behind it, terminator included.
-std::vector<BYTE> NotificationBlock(const GUID& interfaceClass, const std::wstring& path) {
-    const std::size_t pathBytes = (path.size() + 1) * sizeof(wchar_t);
+std::vector<BYTE> NotificationBlock(const DeviceInterface& changed) {
+    const std::size_t pathBytes = (changed.path.size() + 1) * sizeof(wchar_t);
     std::vector<BYTE> block(offsetof(DEV_BROADCAST_DEVICEINTERFACE_W, dbcc_name) + pathBytes);
     DEV_BROADCAST_DEVICEINTERFACE_W head{};
     head.dbcc_size = static_cast<DWORD>(block.size());
     head.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-    head.dbcc_classguid = interfaceClass;
+    head.dbcc_classguid = changed.interfaceClass;
     std::memcpy(block.data(), &head, offsetof(DEV_BROADCAST_DEVICEINTERFACE_W, dbcc_name));
-    std::memcpy(block.data() + offsetof(DEV_BROADCAST_DEVICEINTERFACE_W, dbcc_name), path.c_str(),
-                pathBytes);
+    std::memcpy(block.data() + offsetof(DEV_BROADCAST_DEVICEINTERFACE_W, dbcc_name),
+                changed.path.c_str(), pathBytes);
     return block;
 }
 
-Delivery SendForEach(UINT event, const std::vector<DeviceInterface>& interfaces,
-                     std::chrono::milliseconds patience) {
-    for (const DeviceInterface& changed : interfaces) {
-        const Delivery delivery =
-            SendDeviceChange(event, changed.interfaceClass, changed.path, patience);
-        if (delivery != Delivery::Delivered) {
-            return delivery;
-        }
+Delivery Send(UINT event, const DeviceInterface& changed, std::chrono::milliseconds patience) {
+    const HWND window = FindMonitorWindow();
+    if (window == nullptr) {
+        return Delivery::NoWindow;
     }
-    return FindMonitorWindow() == nullptr ? Delivery::NoWindow : Delivery::Delivered;
+    // Within one process the address is handed over as it is.
+    std::vector<BYTE> block = NotificationBlock(changed);
+    DWORD_PTR answer = 0;
+    const LRESULT sent =
+        SendMessageTimeoutW(window, WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(block.data()),
+                            SMTO_NORMAL, static_cast<UINT>(patience.count()), &answer);
+    if (sent != 0) {
+        return Delivery::Delivered;
+    }
+    if (!IsWindow(window)) {
+        return Delivery::NoWindow;
+    }
+    // The monitor may still be reading it.
+    static std::vector<std::vector<BYTE>> unanswered;
+    unanswered.push_back(std::move(block));
+    return Delivery::TimedOut;
 }
 
 }  // namespace
@@ -59,48 +68,24 @@ HWND FindMonitorWindow() {
     }
 }
 
-Delivery SendDeviceChange(UINT event, const GUID& interfaceClass, const std::wstring& path,
-                          std::chrono::milliseconds patience) {
-    const HWND window = FindMonitorWindow();
-    if (window == nullptr) {
-        return Delivery::NoWindow;
+Delivery Announce(UINT event, const Device& device, std::chrono::milliseconds patience) {
+    for (const DeviceInterface& changed : device.interfaces) {
+        const Delivery delivery = Send(event, changed, patience);
+        if (delivery != Delivery::Delivered) {
+            return delivery;
+        }
     }
-    // Within one process the address is handed over as it is.
-    std::vector<BYTE> block = NotificationBlock(interfaceClass, path);
-    DWORD_PTR answer = 0;
-    const LRESULT sent =
-        SendMessageTimeoutW(window, WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(block.data()),
-                            SMTO_NORMAL, static_cast<UINT>(patience.count()), &answer);
-    if (sent != 0) {
-        return Delivery::Delivered;
-    }
-    if (!IsWindow(window)) {
-        return Delivery::NoWindow;
-    }
-    // The monitor may still be reading it.
-    static std::vector<std::vector<BYTE>> unanswered;
-    unanswered.push_back(std::move(block));
-    return Delivery::TimedOut;
+    return FindMonitorWindow() == nullptr ? Delivery::NoWindow : Delivery::Delivered;
 }
 
-Delivery PlugDevice(World& world, Device device, std::chrono::milliseconds patience) {
-    const std::vector<DeviceInterface> interfaces = device.interfaces;
-    world.Plug(std::move(device));
-    return SendForEach(DBT_DEVICEARRIVAL, interfaces, patience);
+Delivery PlugDevice(World& world, const Device& device, std::chrono::milliseconds patience) {
+    world.Plug(device);
+    return Announce(DBT_DEVICEARRIVAL, device, patience);
 }
 
 Delivery UnplugDevice(World& world, const std::wstring& instanceId,
                       std::chrono::milliseconds patience) {
-    std::vector<DeviceInterface> interfaces;
-    world.Change([&](const Machine& machine) {
-        if (const Device* const device = FindDevice(machine, instanceId)) {
-            interfaces = device->interfaces;
-        }
-    });
-    if (!world.Unplug(instanceId)) {
-        return Delivery::NoDevice;
-    }
-    return SendForEach(DBT_DEVICEREMOVECOMPLETE, interfaces, patience);
+    return Announce(DBT_DEVICEREMOVECOMPLETE, world.Unplug(instanceId), patience);
 }
 
 }  // namespace simulation

@@ -15,24 +15,22 @@ enum class Delivery {
     Delivered,  ///< The plug-in has dealt with every notification by now.
     NoWindow,   ///< Nobody listens: the plug-in's monitor has no window (any longer).
     TimedOut,   ///< The monitor did not answer in time.
-    NoDevice,   ///< The machine has no such device.
 };
 
 /// The message-only window of the plug-in's device monitor in this process, or null.
 HWND FindMonitorWindow();
 
-/// Adds the device to the machine and then tells the monitor about each of its interfaces, as the
-/// system does (DBT_DEVICEARRIVAL). Waits until the monitor has dealt with it, `patience` for each
-/// interface. Not from the monitor's own thread.
-Delivery PlugDevice(World& world, Device device,
+/// Tells the monitor about each interface of a device, as the system does; `event` is DBT_... Waits
+/// until the monitor has dealt with it, `patience` for each interface. Not from the monitor's own
+/// thread; one thread at a time.
+Delivery Announce(UINT event, const Device& device, std::chrono::milliseconds patience);
+
+/// Adds the device to the machine and announces it (DBT_DEVICEARRIVAL).
+Delivery PlugDevice(World& world, const Device& device,
                     std::chrono::milliseconds patience = std::chrono::minutes(1));
 
-/// Takes the device out of the machine and tells the monitor (DBT_DEVICEREMOVECOMPLETE).
+/// Takes the device out of the machine and announces that (DBT_DEVICEREMOVECOMPLETE).
 Delivery UnplugDevice(World& world, const std::wstring& instanceId,
                       std::chrono::milliseconds patience = std::chrono::minutes(1));
-
-/// Sends one notification about a device interface; `event` is DBT_... One thread at a time.
-Delivery SendDeviceChange(UINT event, const GUID& interfaceClass, const std::wstring& path,
-                          std::chrono::milliseconds patience);
 
 }  // namespace simulation

@@ -51,8 +51,14 @@ DeviceProperty DeviceProperty::Raw(const DEVPROPKEY& key, DEVPROPTYPE type,
     return {key, type, std::move(bytes)};
 }
 
-bool SameKey(const DEVPROPKEY& left, const DEVPROPKEY& right) {
-    return left.pid == right.pid && left.fmtid == right.fmtid;
+const DeviceProperty* FindProperty(const std::vector<DeviceProperty>& properties,
+                                   const DEVPROPKEY& key) {
+    for (const DeviceProperty& property : properties) {
+        if (property.key.pid == key.pid && property.key.fmtid == key.fmtid) {
+            return &property;
+        }
+    }
+    return nullptr;
 }
 
 std::string KeyText(const DEVPROPKEY& key) {

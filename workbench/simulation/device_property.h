@@ -25,7 +25,9 @@ struct DeviceProperty {
     static DeviceProperty Raw(const DEVPROPKEY& key, DEVPROPTYPE type, std::vector<BYTE> bytes);
 };
 
-bool SameKey(const DEVPROPKEY& left, const DEVPROPKEY& right);
+/// Null when none has this key.
+const DeviceProperty* FindProperty(const std::vector<DeviceProperty>& properties,
+                                   const DEVPROPKEY& key);
 
 /// "{A45C254E-DF1C-4EFD-8020-67D146A850E0} 9"
 std::string KeyText(const DEVPROPKEY& key);

@@ -33,8 +33,9 @@ FakeCall::~FakeCall() {
     SetLastError(lastError);
 }
 
-std::optional<DWORD> FakeCall::Refused(std::initializer_list<Refusal> refusals) const {
-    if (fault) {
+std::optional<DWORD> FakeCall::Refused(std::initializer_list<Refusal> refusals,
+                                       FaultVariant ownUse) const {
+    if (fault && (fault->variant == FaultVariant::Fail || fault->variant != ownUse)) {
         return fault->error;
     }
     for (const Refusal& refusal : refusals) {

@@ -15,11 +15,20 @@
 
 namespace simulation {
 
+/// An argument of a call, by name. Pass a buffer that the call is to fill as `const void*`: its
+/// text means nothing yet.
+template <class Value>
+struct Arg {
+    const char* name;
+    const Value& value;
+};
+template <class Value>
+Arg(const char*, const Value&) -> Arg<Value>;
+
 /// One call of a fake, from its first to its last statement:
 ///
 ///     BOOL WINAPI FakeClosePrinter(HANDLE printer) {
-///         FakeCall call("ClosePrinter");
-///         call.Argument("printer", printer);
+///         FakeCall call("ClosePrinter", Arg{"printer", printer});
 ///         if (call.PlannedFault()) {
 ///             return call.Fails(FALSE);
 ///         }
@@ -35,13 +44,17 @@ namespace simulation {
 class FakeCall {
 public:
     explicit FakeCall(const char* function);
+    template <class... Values>
+    explicit FakeCall(const char* function, Arg<Values>... known) : FakeCall(function) {
+        (Argument(known.name, known.value), ...);
+    }
     ~FakeCall();
     FakeCall(const FakeCall&) = delete;
     FakeCall& operator=(const FakeCall&) = delete;
 
     World& world() { return theWorld; }
 
-    /// Pass a buffer that the call is to fill as `const void*`: its text means nothing yet.
+    /// One that is known later.
     template <class Value>
     void Argument(const char* name, const Value& value) {
         if (journalled) {
@@ -64,8 +77,10 @@ public:
         DWORD error;
     };
 
-    /// The planned error, or else that of the first refusal that applies.
-    std::optional<DWORD> Refused(std::initializer_list<Refusal> refusals) const;
+    /// The planned error, unless the fake has a use of its own for that variant, or else the error
+    /// of the first refusal that applies.
+    std::optional<DWORD> Refused(std::initializer_list<Refusal> refusals,
+                                 FaultVariant ownUse = FaultVariant::Fail) const;
 
     /// Success; the last error stays.
     template <class Result>

@@ -149,12 +149,6 @@ struct FileVersion {
     std::array<WORD, 4> product{};
 };
 
-/// Where the clocks stand when the simulation begins. An absent clock is the real one.
-struct Clocks {
-    std::optional<std::int64_t> unixSeconds;
-    std::optional<std::int64_t> steadyNanoseconds;
-};
-
 struct Machine {
     std::string description;
     std::vector<Device> devices;
@@ -165,8 +159,12 @@ struct Machine {
     Suite suite;
     RegistryPreset registry;
     std::map<std::wstring, FileVersion> fileVersions;  ///< By full path.
-    Clocks clocks;
-    Lies lies;  ///< No machine file tells any.
+
+    // No machine file has these.
+
+    /// Where the steady clock stands when the simulation begins; absent: it is the real one.
+    std::optional<std::int64_t> steadyNanoseconds;
+    Lies lies;
 };
 
 }  // namespace simulation

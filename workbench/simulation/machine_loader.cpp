@@ -3,6 +3,7 @@
 #include <cwchar>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <set>
 
 #include "simulation/call_text.h"
@@ -55,19 +56,16 @@ nlohmann::json ParseWithUniqueKeys(const std::string& text, const std::string& f
 
 /// "1.2.3.4"
 void ReadVersion(const JsonNode& node, std::array<WORD, 4>& numbers) {
-    std::string rest = node.Utf8() + ".";
-    for (WORD& number : numbers) {
-        const std::size_t dot = rest.find('.');
-        const std::string digits = rest.substr(0, dot);
-        if (digits.empty() || digits.size() > 5 ||
-            digits.find_first_not_of("0123456789") != std::string::npos ||
-            std::stoul(digits) > 0xFFFF) {
-            node.FailExpecting("four numbers up to 65535 such as \"12.0.3.105\"");
-        }
-        number = static_cast<WORD>(std::stoul(digits));
-        rest.erase(0, dot + 1);
+    static const std::regex kForm(R"((\d{1,5})\.(\d{1,5})\.(\d{1,5})\.(\d{1,5}))");
+    const std::string text = node.Utf8();
+    std::smatch match;
+    bool fits = std::regex_match(text, match, kForm);
+    for (std::size_t i = 0; fits && i < numbers.size(); ++i) {
+        const unsigned long number = std::stoul(match[i + 1]);
+        fits = number <= 0xFFFF;
+        numbers[i] = static_cast<WORD>(number);
     }
-    if (!rest.empty()) {
+    if (!fits) {
         node.FailExpecting("four numbers up to 65535 such as \"12.0.3.105\"");
     }
 }
@@ -93,18 +91,13 @@ void Read(const JsonNode& node, std::map<std::wstring, FileVersion>& versions) {
     }
 }
 
-void Read(const JsonNode& node, Clocks& clocks) {
-    node.ReadObject({{"unixSeconds", Into(clocks.unixSeconds)},
-                     {"steadyNanoseconds", Into(clocks.steadyNanoseconds)}});
-}
-
 MachineFileError::MachineFileError(const std::string& text) : std::runtime_error(Readable(text)) {}
 
 Machine ParseMachine(const std::string& text, const std::string& fileName) {
     const nlohmann::json document = ParseWithUniqueKeys(text, fileName);
     Machine machine;
     const auto ignore = [](const JsonNode&) {};
-    JsonNode(document, "", fileName)
+    JsonNode(document, fileName)
         .ReadObject({{"$schema", ignore},
                      {"description", Into(machine.description)},
                      {"devices", Into(machine.devices)},
@@ -114,8 +107,7 @@ Machine ParseMachine(const std::string& text, const std::string& fileName) {
                      {"firmware", Into(machine.firmware)},
                      {"suite", Into(machine.suite)},
                      {"registry", Into(machine.registry)},
-                     {"fileVersions", Into(machine.fileVersions)},
-                     {"clocks", Into(machine.clocks)}});
+                     {"fileVersions", Into(machine.fileVersions)}});
     return machine;
 }
 

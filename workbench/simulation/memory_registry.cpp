@@ -90,37 +90,22 @@ int MemoryRegistry::Answer(void* context, int operation, HKEY root, const wchar_
     const std::string path = key + ":" + ToUtf8(valueName);
     const bool wide = operation == FILE_KIT_GET_INT64 || operation == FILE_KIT_SET_INT64;
     const std::string access = (wide ? "int64 " : "int32 ") + path + MaskText(accessMask);
-    if (operation == FILE_KIT_GET_INT32 || operation == FILE_KIT_GET_INT64) {
-        note("read " + access);
-        return registry.Read(path, *value, *error);
-    }
-    note("write " + access + " = " + std::to_string(*value));
-    return registry.Write(path, *value, *error);
-}
-
-int MemoryRegistry::Read(const std::string& value, long long& number, unsigned long& error) const {
-    const std::lock_guard lock(mutex);
-    if (const auto planned = readErrors.find(value); planned != readErrors.end()) {
-        error = planned->second;
+    const bool reads = operation == FILE_KIT_GET_INT32 || operation == FILE_KIT_GET_INT64;
+    note(reads ? "read " + access : "write " + access + " = " + std::to_string(*value));
+    const std::lock_guard lock(registry.mutex);
+    const auto& errors = reads ? registry.readErrors : registry.writeErrors;
+    if (const auto planned = errors.find(path); planned != errors.end()) {
+        *error = planned->second;
         return FILE_KIT_FAIL;
     }
-    const auto found = values.find(value);
-    if (found == values.end()) {
-        return FILE_KIT_FAIL;
+    if (!reads) {
+        registry.keys.insert(KeyOf(path));
+        registry.values[path] = *value;
+        return FILE_KIT_SUCCEED;
     }
-    number = found->second;
-    return FILE_KIT_SUCCEED;
-}
-
-int MemoryRegistry::Write(const std::string& value, long long number, unsigned long& error) {
-    const std::lock_guard lock(mutex);
-    if (const auto planned = writeErrors.find(value); planned != writeErrors.end()) {
-        error = planned->second;
-        return FILE_KIT_FAIL;
-    }
-    keys.insert(KeyOf(value));
-    values[value] = number;
-    return FILE_KIT_SUCCEED;
+    const auto found = registry.values.find(path);
+    *value = found == registry.values.end() ? *value : found->second;
+    return found == registry.values.end() ? FILE_KIT_FAIL : FILE_KIT_SUCCEED;
 }
 
 }  // namespace simulation

@@ -47,9 +47,6 @@ private:
         bool operator()(const std::string& left, const std::string& right) const;
     };
 
-    int Read(const std::string& value, long long& number, unsigned long& error) const;
-    int Write(const std::string& value, long long number, unsigned long& error);
-
     const std::function<void(const std::string&)> observer;
     mutable SlimMutex mutex;
     std::set<std::string, NameOrder> keys;

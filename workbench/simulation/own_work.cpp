@@ -7,44 +7,28 @@
 namespace simulation {
 namespace {
 
-/// A slot of the system's own: the compiler's thread-local variables take memory at first use,
-/// which would lead back into the fake that asks.
-DWORD Slot() {
+/// How deep the thread is in such work, changed by `change`. It is kept in a slot of the system's
+/// own: the compiler's thread-local variables take memory at first use, which would lead back into
+/// the fake that asks.
+std::intptr_t Depth(std::intptr_t change) {
+    // Reading a slot resets the last error.
+    const DWORD error = GetLastError();
     static const DWORD slot = TlsAlloc();
-    return slot;
+    auto depth = reinterpret_cast<std::intptr_t>(TlsGetValue(slot));
+    if (change != 0) {
+        depth += change;
+        TlsSetValue(slot, reinterpret_cast<void*>(depth));
+    }
+    SetLastError(error);
+    return depth;
 }
-
-std::uintptr_t Depth() { return reinterpret_cast<std::uintptr_t>(TlsGetValue(Slot())); }
-
-void SetDepth(std::uintptr_t depth) { TlsSetValue(Slot(), reinterpret_cast<void*>(depth)); }
-
-/// Reading a slot resets the last error.
-class KeptLastError {
-public:
-    KeptLastError() : error(GetLastError()) {}
-    ~KeptLastError() { SetLastError(error); }
-    KeptLastError(const KeptLastError&) = delete;
-    KeptLastError& operator=(const KeptLastError&) = delete;
-
-private:
-    DWORD error;
-};
 
 }  // namespace
 
-OwnWork::OwnWork() {
-    const KeptLastError kept;
-    SetDepth(Depth() + 1);
-}
+OwnWork::OwnWork() { Depth(+1); }
 
-OwnWork::~OwnWork() {
-    const KeptLastError kept;
-    SetDepth(Depth() - 1);
-}
+OwnWork::~OwnWork() { Depth(-1); }
 
-bool OwnWork::UnderWay() {
-    const KeptLastError kept;
-    return Depth() != 0;
-}
+bool OwnWork::UnderWay() { return Depth(0) != 0; }
 
 }  // namespace simulation

@@ -24,12 +24,12 @@ const char* KindName(ResourceKind kind) {
     return kNames[static_cast<std::size_t>(kind)];
 }
 
-void* ResourceLedger::Acquire(ResourceKind kind, std::string note) {
+void* ResourceLedger::Acquire(ResourceKind kind, std::string note, std::wstring subject) {
     const std::lock_guard lock(mutex);
     ++lastNumber;
     // Handles of the system are multiples of four.
     void* const value = reinterpret_cast<void*>(kSimulatedMark | (lastNumber * 4));
-    open.push_back({kind, value, std::move(note)});
+    open.push_back({kind, value, std::move(note), std::move(subject)});
     ++acquired[kind];
     return value;
 }
@@ -42,9 +42,7 @@ void ResourceLedger::Adopt(ResourceKind kind, const void* value, std::string not
 
 bool ResourceLedger::Release(ResourceKind kind, const void* value) {
     const std::lock_guard lock(mutex);
-    const auto found = std::find_if(open.begin(), open.end(), [&](const OpenResource& resource) {
-        return resource.kind == kind && resource.value == value;
-    });
+    const auto found = Find(kind, value);
     if (found != open.end()) {
         if (!IsSimulatedHandle(value)) {
             returned.insert(value);
@@ -68,9 +66,15 @@ bool ResourceLedger::WasReturned(const void* value) const {
                         [value](const OpenResource& resource) { return resource.value == value; });
 }
 
-bool ResourceLedger::IsOpen(ResourceKind kind, const void* value) const {
+std::optional<OpenResource> ResourceLedger::FindOpen(ResourceKind kind, const void* value) const {
     const std::lock_guard lock(mutex);
-    return std::any_of(open.begin(), open.end(), [&](const OpenResource& resource) {
+    const auto found = Find(kind, value);
+    return found == open.end() ? std::nullopt : std::optional(*found);
+}
+
+std::vector<OpenResource>::const_iterator ResourceLedger::Find(ResourceKind kind,
+                                                               const void* value) const {
+    return std::find_if(open.begin(), open.end(), [&](const OpenResource& resource) {
         return resource.kind == kind && resource.value == value;
     });
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -36,6 +37,7 @@ struct OpenResource {
     ResourceKind kind;
     void* value;
     std::string note;
+    std::wstring subject = {};  ///< What a handle that has a name stands for.
 };
 
 /// What was handed out, what came back, and what came back wrongly. Safe to use from any thread.
@@ -43,7 +45,7 @@ class ResourceLedger {
 public:
     /// Hands out a new handle value that is neither an address nor a real handle, and is never
     /// given twice. `note` says in messages what it stands for.
-    void* Acquire(ResourceKind kind, std::string note = {});
+    void* Acquire(ResourceKind kind, std::string note = {}, std::wstring subject = {});
 
     /// Enters a value that exists already: an address, a real handle, an atom. A value may be
     /// entered several times (module references) and then has to come back as often.
@@ -52,7 +54,16 @@ public:
     /// Takes a resource back. False, with an entry in Errors(), when it is not out.
     bool Release(ResourceKind kind, const void* value);
 
-    bool IsOpen(ResourceKind kind, const void* value) const;
+    /// Takes a resource back if it is out; tells whether it was.
+    bool ReleaseIfOpen(ResourceKind kind, const void* value) {
+        return IsOpen(kind, value) && Release(kind, value);
+    }
+
+    bool IsOpen(ResourceKind kind, const void* value) const {
+        return FindOpen(kind, value).has_value();
+    }
+    /// Nothing when it is not out.
+    std::optional<OpenResource> FindOpen(ResourceKind kind, const void* value) const;
     /// Whether `value` was made by some ledger's Acquire, open or not.
     static bool IsSimulatedHandle(const void* value);
 
@@ -66,7 +77,8 @@ public:
     bool Balanced() const;
 
 private:
-    /// Under the lock.
+    // Under the lock.
+    std::vector<OpenResource>::const_iterator Find(ResourceKind kind, const void* value) const;
     bool WasReturned(const void* value) const;
 
     mutable SlimMutex mutex;

@@ -6,26 +6,25 @@
 #include <cstdint>
 #include <optional>
 
-#include "simulation/machine.h"
-
 namespace simulation {
 
-/// Two clocks that a test sets and advances. A clock that was never set is the real one. Between
-/// advances a set clock stands still. Safe to use from any thread.
+/// The steady clock, which a test may set and advance; between advances a set clock stands still.
+/// Safe to use from any thread.
 class SimulatedClock {
 public:
-    explicit SimulatedClock(const Clocks& clocks);
+    /// Without a time it is the real one.
+    explicit SimulatedClock(std::optional<std::int64_t> nanoseconds)
+        : isSet(nanoseconds), steady(nanoseconds.value_or(0)) {}
 
-    void SetUnixSeconds(std::int64_t seconds);
-    /// Moves those clocks that were set.
-    void Advance(std::chrono::nanoseconds span);
+    void Advance(std::chrono::nanoseconds span) { steady += span.count(); }
 
-    /// The wall clock since 1970; absent when it is the real one.
-    std::optional<std::chrono::nanoseconds> Wall() const;
-    std::optional<std::chrono::nanoseconds> Steady() const;
+    /// Absent when it is the real one.
+    std::optional<std::chrono::nanoseconds> Steady() const {
+        return isSet ? std::optional(std::chrono::nanoseconds(steady)) : std::nullopt;
+    }
 
 private:
-    std::atomic<std::int64_t> wall;
+    const bool isSet;
     std::atomic<std::int64_t> steady;
 };
 

@@ -4,6 +4,8 @@
 #include <atomic>
 #include <stdexcept>
 
+#include "simulation/fakes/families.h"
+
 namespace simulation {
 namespace {
 
@@ -11,21 +13,45 @@ std::atomic<World*> currentWorld{nullptr};
 
 }  // namespace
 
-World::World(Machine described) : machine(std::move(described)), clock(machine.clocks) {}
+World::World(Machine described) : machine(std::move(described)), clock(machine.steadyNanoseconds) {}
 
 void World::Plug(Device device) {
     const auto lock = Lock();
     machine.devices.push_back(std::move(device));
 }
 
-bool World::Unplug(const std::wstring& instanceId) {
+Device World::Unplug(const std::wstring& instanceId) {
     const auto lock = Lock();
     const auto gone =
-        std::remove_if(machine.devices.begin(), machine.devices.end(),
-                       [&](const Device& device) { return device.instanceId == instanceId; });
-    const bool found = gone != machine.devices.end();
-    machine.devices.erase(gone, machine.devices.end());
-    return found;
+        std::find_if(machine.devices.begin(), machine.devices.end(),
+                     [&](const Device& device) { return device.instanceId == instanceId; });
+    if (gone == machine.devices.end()) {
+        return {};
+    }
+    Device device = std::move(*gone);
+    machine.devices.erase(gone);
+    return device;
+}
+
+const std::vector<FakeFamily>& AllFakeFamilies() {
+    static const std::vector<FakeFamily> families{
+        InstallAccountFakes,
+        InstallDisplayFakes,
+        InstallHandleFakes,
+        InstallHeapFakes,
+        InstallHidFakes,
+        InstallModuleFakes,
+        InstallPrintSpoolerFakes,
+        InstallRegistryFakes,
+        InstallSessionFakes,
+        InstallSetupApiFakes,
+        InstallSetupApiInterfaceFakes,
+        InstallThreadFakes,
+        InstallTimeFakes,
+        InstallVersionInfoFakes,
+        InstallWindowFakes,
+    };
+    return families;
 }
 
 World* CurrentWorld() { return currentWorld; }

@@ -37,8 +37,8 @@ public:
 
     /// Device arrival and removal. They send no notification: whoever plays the system's part does.
     void Plug(Device device);
-    /// False when no device has this instance id.
-    bool Unplug(const std::wstring& instanceId);
+    /// The device that went; an empty one when none has this instance id.
+    Device Unplug(const std::wstring& instanceId);
 
     /// What a family of fakes remembers between calls (open sets, tokens, ...): one default
     /// constructed `State` for each type. Call and use it under the lock only.

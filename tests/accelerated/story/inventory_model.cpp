@@ -55,12 +55,9 @@ std::wstring TextOf(const simulation::DeviceProperty& property) {
 }
 
 std::wstring Property(const Device& device, const DEVPROPKEY& key) {
-    for (const simulation::DeviceProperty& property : device.properties) {
-        if (simulation::SameKey(property.key, key)) {
-            return property.bytes.size() <= kMostPropertyBytes ? TextOf(property) : std::wstring();
-        }
-    }
-    return {};
+    const auto* const property = simulation::FindProperty(device.properties, key);
+    return property != nullptr && property->bytes.size() <= kMostPropertyBytes ? TextOf(*property)
+                                                                               : std::wstring();
 }
 
 std::wstring UpperCase(std::wstring text) {

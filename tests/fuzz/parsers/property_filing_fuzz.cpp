@@ -71,7 +71,7 @@ const FiledProperty* offered = nullptr;
 /// The device has the one property that is offered.
 BOOL WINAPI OfferProperty(HDEVINFO, SP_DEVINFO_DATA*, const DEVPROPKEY* key, DEVPROPTYPE* type,
                           BYTE* buffer, DWORD, DWORD*, DWORD) {
-    if (!simulation::SameKey(*key, offered->key)) {
+    if (key->pid != offered->key.pid || !IsEqualGUID(key->fmtid, offered->key.fmtid)) {
         return FALSE;
     }
     *type = DEVPROP_TYPE_STRING;

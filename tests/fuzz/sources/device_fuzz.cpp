@@ -42,13 +42,11 @@ struct DeviceSet {
 
 /// Written without terminator; empty when it is not there.
 std::wstring TextOf(const Device& device, const DEVPROPKEY& key) {
-    for (const DeviceProperty& property : device.properties) {
-        if (simulation::SameKey(property.key, key)) {
-            return {reinterpret_cast<const wchar_t*>(property.bytes.data()),
-                    property.bytes.size() / sizeof(wchar_t)};
-        }
-    }
-    return {};
+    const DeviceProperty* const property = simulation::FindProperty(device.properties, key);
+    return property == nullptr
+               ? std::wstring()
+               : std::wstring(reinterpret_cast<const wchar_t*>(property->bytes.data()),
+                              property->bytes.size() / sizeof(wchar_t));
 }
 
 void PrintTo(const DeviceSet& set, std::ostream* stream) {

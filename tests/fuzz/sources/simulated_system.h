@@ -20,9 +20,8 @@ inline simulation::World& RunOn(simulation::Machine machine) {
     using namespace simulation;
     static SimulatedMachine system(
         GetModuleHandleW(nullptr), Machine(),
-        {InstallConfigManagerFakes, InstallDisplayFakes, InstallHandleFakes, InstallHidFakes,
-         InstallPrintSpoolerFakes, InstallRegistryFakes, InstallSetupApiFakes,
-         InstallSetupApiInterfaceFakes});
+        {InstallDisplayFakes, InstallHandleFakes, InstallHidFakes, InstallPrintSpoolerFakes,
+         InstallRegistryFakes, InstallSetupApiFakes, InstallSetupApiInterfaceFakes});
     system.Become(std::move(machine));
     system.world().journal.Stop();
     return system.world();

@@ -15,7 +15,7 @@ constexpr GUID kContainer{0x11111111, 0x2222, 0x3333, {4, 5, 6, 7, 8, 9, 10, 11}
 simulation::Machine MachineOfTests() {
     simulation::Machine machine;
     machine.devices.push_back(UsbDevice(L"USB\\VID_046D&PID_C52B\\1", /*removable=*/true));
-    machine.clocks.steadyNanoseconds = 5'000'000'000;
+    machine.steadyNanoseconds = 5'000'000'000;
     return machine;
 }
 

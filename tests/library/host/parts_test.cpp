@@ -2,6 +2,7 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 
+#include "common/text.h"
 #include "host/host_error.h"
 #include "host/run/stop_signal.h"
 #include "host/run/this_computer.h"
@@ -89,12 +90,12 @@ TEST(EventView, ShowsTheFieldsOfEachKindOfEvent) {
 }
 
 TEST(EventView, TakesWhatIsNotUtf8ForTheAnsiCodePageAndHidesControlCharacters) {
-    EXPECT_EQ(records::FieldText("caf\xC3\xA9"), "caf\xC3\xA9");
+    EXPECT_EQ(workbench::AsUtf8("caf\xC3\xA9"), "caf\xC3\xA9");
     wchar_t expected[2] = {};
     ASSERT_EQ(MultiByteToWideChar(CP_ACP, 0, "\xE9", 1, expected, 2), 1);
     char expectedBytes[8] = {};
     WideCharToMultiByte(CP_UTF8, 0, expected, -1, expectedBytes, 8, nullptr, nullptr);
-    EXPECT_EQ(records::FieldText("\xE9"), expectedBytes);
+    EXPECT_EQ(workbench::AsUtf8("\xE9"), expectedBytes);
     EXPECT_EQ(workbench::Printable("a\x1b[2J\n\x7f\xC3\xA9"), "a\\x1b[2J\\x0a\\x7f\xC3\xA9");
 }
 

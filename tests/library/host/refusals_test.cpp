@@ -173,9 +173,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "--machine FILE",
                 kPlug},
         Refusal{{L"--machine", L"{}\\given"},
-                "{}\\given: /clocks: unknown key \"x\"; known here are \"unixSeconds\", "
-                "\"steadyNanoseconds\"",
-                R"({"clocks": {"x": 1}})"},
+                "{}\\given: /display: unknown key \"x\"; known here are \"topology\", \"paths\"",
+                R"({"display": {"x": 1}})"},
         Refusal{{L"--page", L"{}\\kept", L"--from", L"{}\\given"},
                 std::string("{}\\given:2: not valid JSON at column 8") + kCorrect,
                 std::string(kWithEvent) + "{\"time\""},

@@ -185,6 +185,19 @@ TEST_F(EdidInTheRegistry, IsRefusedWhenItIsEmpty) {
     EXPECT_EQ(world.journal.Count("RegQueryValueExA"), 1u);
 }
 
+constexpr std::size_t kRefusedSize = 4321;
+
+void* RefuseOneSize(std::size_t size) {
+    return size == kRefusedSize ? nullptr : ImportOverride<decltype(::malloc)>::Next()(size);
+}
+
+TEST_F(EdidInTheRegistry, IsRefusedWithTheKeyClosedWhenThereIsNoMemory) {
+    machine.display.paths[0].edid = std::vector<BYTE>(kRefusedSize);
+    const ImportOverride<decltype(::malloc)> handMade("malloc", RefuseOneSize);
+    EXPECT_FALSE(GetValueFromReg(kPath, edid));
+    EXPECT_THAT(Log(), ElementsAre(Line("outValue is nullptr!")));
+}
+
 TEST_F(EdidInTheRegistry, IsAsLongAsTheSecondQuerySays) {
     Fail("RegQueryValueExA", 2, 10, FaultVariant::ShortSize);
     EXPECT_TRUE(GetValueFromReg(kPath, edid));

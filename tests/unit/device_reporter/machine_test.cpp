@@ -15,15 +15,10 @@ void DeviceTest::TearDown() {
 const std::vector<simulation::FakeFamily>& DeviceFakeFamilies() {
     // Not all families there are: the log's time stamps and the like would stand in the journal.
     static const std::vector<simulation::FakeFamily> families{
-        simulation::InstallConfigManagerFakes,
-        simulation::InstallDisplayFakes,
-        simulation::InstallHandleFakes,
-        simulation::InstallHeapFakes,
-        simulation::InstallHidFakes,
-        simulation::InstallPrintSpoolerFakes,
-        simulation::InstallRegistryFakes,
-        simulation::InstallSetupApiFakes,
-        simulation::InstallSetupApiInterfaceFakes,
+        simulation::InstallDisplayFakes,      simulation::InstallHandleFakes,
+        simulation::InstallHeapFakes,         simulation::InstallHidFakes,
+        simulation::InstallPrintSpoolerFakes, simulation::InstallRegistryFakes,
+        simulation::InstallSetupApiFakes,     simulation::InstallSetupApiInterfaceFakes,
     };
     return families;
 }

@@ -8,7 +8,7 @@ namespace {
 
 simulation::Machine MachineOfTests() {
     simulation::Machine machine;
-    machine.clocks.steadyNanoseconds = 100 * kDay;
+    machine.steadyNanoseconds = 100 * kDay;
     return machine;
 }
 

@@ -26,12 +26,8 @@ std::vector<std::filesystem::path> MachineFiles() {
 }
 
 std::wstring ParentOf(const Device& device) {
-    for (const DeviceProperty& property : device.properties) {
-        if (SameKey(property.key, kParentKey)) {
-            return reinterpret_cast<const wchar_t*>(property.bytes.data());
-        }
-    }
-    return {};
+    const DeviceProperty* const parent = FindProperty(device.properties, kParentKey);
+    return parent == nullptr ? L"" : reinterpret_cast<const wchar_t*>(parent->bytes.data());
 }
 
 TEST(MachineFiles, AreThereAndLoad) {

@@ -37,13 +37,13 @@ INSTANTIATE_TEST_SUITE_P(
         BrokenDocument{"[,]",
                        "not JSON: parse error at line 1, column 2: syntax error while parsing "
                        "value - unexpected ','; expected '[', '{', or a literal"},
-        BrokenDocument{R"({"clocks": {"unixSeconds": 1e999}})",
+        BrokenDocument{R"({"registry": {"biosReportTime": 1e999}})",
                        "not JSON: number overflow parsing '1e999'"},
-        BrokenDocument{R"({"clocks": {"unixSeconds": 1, "unixSeconds": 2}})",
-                       "the key \"unixSeconds\" occurs twice in one object"},
-        BrokenDocument{R"({"clocks": {"unix\nSeconds": 1}})",
-                       "/clocks: unknown key \"unix<U+000A>Seconds\"; known here are "
-                       "\"unixSeconds\", \"steadyNanoseconds\""},
+        BrokenDocument{R"({"registry": {"popUpBlocking": 1, "popUpBlocking": 2}})",
+                       "the key \"popUpBlocking\" occurs twice in one object"},
+        BrokenDocument{R"({"fileVersions": {"a": {"pro\nduct": 1}}})",
+                       "/fileVersions/a: unknown key \"pro<U+000A>duct\"; known here are "
+                       "\"product\", \"file\""},
         BrokenDocument{R"({"devices": [{}]})", "/devices/0: the key \"id\" is missing"},
         BrokenDocument{R"({"devices": [{"id": "A"}, {"id": "A"}]})",
                        "/devices/1: a device with the same \"id\" comes before"},
@@ -130,6 +130,28 @@ TEST(MachineLoader, ReadsDevices) {
     EXPECT_EQ(offered.hid->openError, 5u);
 }
 
+TEST(MachineLoader, AddsWhatTheSystemSaysByItself) {
+    const Machine machine = ParseMachine(R"({"devices": [
+        {"id": "USB\\A", "properties": {
+            "DeviceDesc": "D", "ContainerId": "{4d1e55b2-f16f-11cf-88cb-001111000030}"}},
+        {"id": "HID\\B", "properties": {"Parent": "USB\\A", "DeviceDesc": "D", "FriendlyName": "F"},
+         "interfaces": [{"class": "hid"}]},
+        {"id": "C", "properties": {"Parent": "HID\\B", "Name": "N", "FriendlyName": "F"}},
+        {"id": "D", "properties": {"DeviceDesc": "D", "Parent": "C", "Name": null}}]})",
+                                         "");
+    std::vector<std::string> names;
+    for (const Device& device : machine.devices) {
+        const DeviceProperty* const name = FindProperty(device.properties, kNameKey);
+        names.push_back(name == nullptr ? "none"
+                                        : std::string(1, static_cast<char>(name->bytes[0])));
+        const DeviceProperty* const container = FindProperty(device.properties, kContainerIdKey);
+        names.back() += container == nullptr ? "" : " " + std::to_string(container->bytes.at(15));
+    }
+    EXPECT_THAT(names, ::testing::ElementsAre("D 48", "F 48", "N 48", "none 48"));
+    EXPECT_EQ(machine.devices[1].interfaces[0].path,
+              L"\\\\?\\hid#b#{4d1e55b2-f16f-11cf-88cb-001111000030}");
+}
+
 // What the machines that come with the workbench leave out.
 TEST(MachineLoader, ReadsWhatMayBeAbsent) {
     const Machine plain = ParseMachine("{}", "");
@@ -137,7 +159,7 @@ TEST(MachineLoader, ReadsWhatMayBeAbsent) {
     EXPECT_EQ(plain.logons.hostAccount, L"NT AUTHORITY\\SYSTEM");
     EXPECT_EQ(plain.suite.consent, "1");
     EXPECT_TRUE(plain.firmware);
-    EXPECT_FALSE(plain.clocks.unixSeconds);
+    EXPECT_FALSE(plain.registry.biosReportTime);
     const Machine machine = ParseMachine(R"({
         "printers": [{"name": "", "driverName": null, "driver": {"manufacturer": null}}, {}],
         "display": {"topology": 16, "paths": [

@@ -35,7 +35,6 @@ const std::map<std::string, const char*> kUses{
     {"ecLog", R"({"suite": {"ecLog": {"?": 0}}})"},
     {"registry", R"({"registry": {"?": 0}})"},
     {"fileVersion", R"({"fileVersions": {"a": {"?": 0}}})"},
-    {"clocks", R"({"clocks": {"?": 0}})"},
 };
 
 /// The loader refuses the key and names those that it knows instead.

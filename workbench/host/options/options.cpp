@@ -3,13 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <initializer_list>
 #include <string_view>
 #include <utility>
 
-#include "common/text.h"
-#include "host/host_error.h"
+#include "host/files.h"
 
 namespace host {
 namespace {
@@ -77,8 +75,7 @@ BadInput BadOption(const CLI::ParseError& error) {
 /// An output would replace an input, or another output.
 void RefuseSameFiles(const std::vector<std::pair<const char*, std::string*>>& files) {
     const auto comparable = [](const std::string& path) {
-        std::wstring full =
-            std::filesystem::absolute(workbench::ToWide(path)).lexically_normal().wstring();
+        std::wstring full = FullPath(path);
         CharLowerBuffW(full.data(), static_cast<DWORD>(full.size()));
         return full;
     };

@@ -56,7 +56,7 @@ string(LENGTH "@RECORD@" length)
 math(EXPR at "${at} + ${length}")
 string(SUBSTRING "${page}" ${at} -1 back)
 
-file(WRITE "${OUTPUT}" "#include \"host/page/page_source.h\"\n\nnamespace host {\n\n")
+file(WRITE "${OUTPUT}" "#include \"host/page/page.h\"\n\nnamespace host {\n\n")
 append_array(kPageFront "${front}")
 append_array(kPageBack "${back}")
 file(APPEND "${OUTPUT}" "\n}  // namespace host\n")

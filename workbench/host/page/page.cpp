@@ -5,9 +5,9 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
+#include "common/text.h"
 #include "common/text_table.h"
 #include "host/files.h"
-#include "host/page/page_source.h"
 #include "records/record_reader.h"
 
 namespace host {
@@ -32,7 +32,7 @@ bool Continues(const records::RecordedEvent& earlier, const records::RecordedEve
 
 Json FieldData(const records::SentField& field) {
     return Json::array(
-        {records::FieldText(field.key), records::FieldText(field.value), field.value.size()});
+        {workbench::AsUtf8(field.key), workbench::AsUtf8(field.value), field.value.size()});
 }
 
 Json EventData(const records::RecordedEvent& recorded) {

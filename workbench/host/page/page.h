@@ -10,6 +10,12 @@
 
 namespace host {
 
+/// What stands before and behind the record; the build makes both from the files beside this one.
+/// The page's policy lets the browser run its own style and script, which it knows by their hashes,
+/// and load nothing.
+extern const std::string_view kPageFront;
+extern const std::string_view kPageBack;
+
 /// For each event the number of the device list that it is a part of, counted from 0; nothing for
 /// other events. The parts of a list follow one another, and a later part has no key that the one
 /// before it lacks; the plug-in begins the next list a day later at the earliest.

@@ -4,7 +4,7 @@
 #include "host/files.h"
 #include "host/run/host_run.h"
 #include "host/run/run_observer.h"
-#include "host/run/surroundings_choice.h"
+#include "host/run/surroundings.h"
 #include "host/views/inventory_view.h"
 
 namespace host {

@@ -10,7 +10,7 @@
 #include "host/page/page.h"
 #include "host/run/script.h"
 #include "host/run/story.h"
-#include "host/run/surroundings_choice.h"
+#include "host/run/surroundings.h"
 
 namespace host {
 namespace {
@@ -19,18 +19,13 @@ constexpr wchar_t kPluginFileName[] = L"TallyportPlugin.dll";
 
 /// Full path of the plug-in.
 std::wstring FindPlugin(const std::string& given) {
-    if (given.empty()) {
-        std::wstring path = OwnFolder() + L"\\" + kPluginFileName;
-        if (!IsFile(path)) {
-            throw BadInput(workbench::ToUtf8(kPluginFileName) + " is missing in '" +
-                           workbench::ToUtf8(OwnFolder()) +
-                           "'; build it: ./dev build, or name another with --plugin");
-        }
-        return path;
-    }
-    std::wstring path = FullPath(given);
+    std::wstring path = given.empty() ? OwnFolder() + L"\\" + kPluginFileName : FullPath(given);
     if (!IsFile(path)) {
-        throw BadInput("there is no plug-in '" + given + "'; name the DLL's file with --plugin");
+        throw BadInput(given.empty() ? workbench::ToUtf8(kPluginFileName) + " is missing in '" +
+                                           workbench::ToUtf8(OwnFolder()) +
+                                           "'; build it: ./dev build, or name another with --plugin"
+                                     : "there is no plug-in '" + given +
+                                           "'; name the DLL's file with --plugin");
     }
     return path;
 }

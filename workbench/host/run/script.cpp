@@ -54,14 +54,10 @@ void ReadSetFeature(const Members& members, Happening& happening) {
     happening.text = "feature " + action.name + " becomes " + std::to_string(action.value);
 }
 
+template <bool plugIn>
 void ReadPlugDevice(const Members& members, Happening& happening) {
-    happening.action = PlugDevice{members.at("device").Text(), /*plugIn=*/true};
-    happening.text = members.at("device").Utf8() + " is plugged in";
-}
-
-void ReadUnplugDevice(const Members& members, Happening& happening) {
-    happening.action = PlugDevice{members.at("device").Text(), /*plugIn=*/false};
-    happening.text = members.at("device").Utf8() + " is unplugged";
+    happening.action = PlugDevice{members.at("device").Text(), plugIn};
+    happening.text = members.at("device").Utf8() + (plugIn ? " is plugged in" : " is unplugged");
 }
 
 void ReadRestartPlugin(const Members& /*members*/, Happening& happening) {
@@ -85,10 +81,10 @@ constexpr Verb kVerbs[] = {
     {"set_feature", R"({"at": "2h", "do": "set_feature", "name": "ReportDeviceList", "value": 3})",
      &ReadSetFeature},
     {"plug_device", R"({"at": "2h", "do": "plug_device", "device": "USB\\VID_0951&PID_1666\\01"})",
-     &ReadPlugDevice},
+     &ReadPlugDevice<true>},
     {"unplug_device",
      R"({"at": "3h", "do": "unplug_device", "device": "USB\\VID_0951&PID_1666\\01"})",
-     &ReadUnplugDevice},
+     &ReadPlugDevice<false>},
     {"restart_plugin", R"({"at": "10d", "do": "restart_plugin"})", &ReadRestartPlugin},
     kStop};
 

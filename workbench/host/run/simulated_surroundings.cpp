@@ -1,5 +1,9 @@
 #include "host/run/simulated_surroundings.h"
 
+#include <windows.h>
+// windows.h has to come first.
+#include <dbt.h>
+
 #include <algorithm>
 #include <sstream>
 #include <utility>
@@ -7,8 +11,8 @@
 #include "common/text.h"
 #include "common/text_table.h"
 #include "host/host_error.h"
-#include "host/run/monitor_window.h"
 #include "host/run/patience.h"
+#include "simulation/device_happenings.h"
 #include "simulation/fakes/threads.h"
 
 namespace host {
@@ -47,7 +51,6 @@ void SetShelf(const Suite& suite,
               const std::optional<std::multimap<std::string, std::string>>& shelf) {
     const std::pair<const std::string, std::string> region{"VRLoginGuide", "china"};
     const bool supported = shelf && std::find(shelf->begin(), shelf->end(), region) != shelf->end();
-    suite.setShelfProperty(region.first.c_str(), region.second.c_str());
     suite.setShelf(shelf ? 1 : 0, supported ? 1 : 0);
 }
 
@@ -112,12 +115,6 @@ void SimulatedSurroundings::Check(const Happening& happening) const {
 
 void SimulatedSurroundings::Prepare() {
     SetSuiteAnswers(suite, machine);
-    PrepareRegistry();
-    // A clock that the file sets stands still until somebody moves it on.
-    machine.clocks = {};
-}
-
-void SimulatedSurroundings::PrepareRegistry() {
     const simulation::RegistryPreset& preset = machine.registry;
     const auto set = [&](const std::string& value, std::optional<std::int64_t> number) {
         if (number) {
@@ -174,7 +171,10 @@ void SimulatedSurroundings::Perform(const PlugDevice& action) {
             }
         }
     });
-    AnnounceDevice(changed, action.plugIn);
+    // On a fast clock any other span is over too soon.
+    constexpr std::chrono::milliseconds kForEver(INFINITE);
+    simulation::Announce(action.plugIn ? DBT_DEVICEARRIVAL : DBT_DEVICEREMOVECOMPLETE, changed,
+                         kForEver);
 }
 
 }  // namespace host

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "host/run/suite.h"
 #include "host/run/surroundings.h"
 #include "simulation/machine.h"
 #include "simulation/memory_registry.h"
@@ -42,8 +41,6 @@ public:
     void Perform(const PlugDevice& action) override;
 
 private:
-    void PrepareRegistry();
-
     simulation::Machine machine;  ///< Moves into the simulation while that lasts.
     const std::string path;
     const Suite& suite;

@@ -2,14 +2,20 @@
 
 #include <algorithm>
 
-#include "host/run/monitor_window.h"
 #include "host/run/patience.h"
+#include "simulation/device_happenings.h"
 
 namespace host {
 
 using std::chrono::hours;
 using std::chrono::minutes;
 using std::chrono::seconds;
+
+namespace {
+
+bool HasMonitorWindow() { return simulation::FindMonitorWindow() != nullptr; }
+
+}  // namespace
 
 std::optional<seconds> Story::StatusInterval(seconds duration) {
     if (duration <= minutes(1)) {

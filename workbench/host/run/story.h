@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "host/run/happening.h"
 #include "host/run/plugin_session.h"
 #include "host/run/run_observer.h"
+#include "host/run/script.h"
 #include "host/run/stop_signal.h"
 
 namespace host {

@@ -97,8 +97,6 @@ public:
     SuiteFunction<decltype(EditionAdapt_ClearFeatures)> clearFeatures{editionAdapt,
                                                                       "EditionAdapt_ClearFeatures"};
     SuiteFunction<decltype(EditionAdapt_SetShelf)> setShelf{editionAdapt, "EditionAdapt_SetShelf"};
-    SuiteFunction<decltype(EditionAdapt_SetShelfProperty)> setShelfProperty{
-        editionAdapt, "EditionAdapt_SetShelfProperty"};
 };
 
 }  // namespace host

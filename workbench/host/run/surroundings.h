@@ -3,9 +3,13 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <string>
 
-#include "host/run/happening.h"
+#include "host/options/options.h"
+#include "host/run/script.h"
+#include "host/run/suite.h"
+#include "host/views/screen.h"
 
 namespace host {
 
@@ -55,5 +59,10 @@ public:
     virtual void Perform(const SetSwitch& action) = 0;
     virtual void Perform(const PlugDevice& action) = 0;
 };
+
+/// The machine of the file that --machine names, else this computer. `suite` and `screen` must
+/// outlive the result. Throws BadInput.
+std::unique_ptr<Surroundings> MakeSurroundings(const Options& options, const Suite& suite,
+                                               Screen& screen);
 
 }  // namespace host

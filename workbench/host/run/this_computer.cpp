@@ -1,16 +1,13 @@
 #include "host/run/this_computer.h"
 
 #include <windows.h>
-#include <sddl.h>
 
 #include <filesystem>
-#include <memory>
 #include <optional>
 
 #include "common/text.h"
 #include "host/files.h"
 #include "host/host_error.h"
-#include "util/scoped_handle.h"
 
 namespace host {
 namespace {
@@ -33,31 +30,12 @@ std::optional<std::string> WineVersion() {
     return version == nullptr ? std::nullopt : std::optional<std::string>(version());
 }
 
-/// SID text of the process's user.
-std::wstring OwnSid() {
-    // A SID has at most 15 sub-authorities.
-    alignas(TOKEN_USER) BYTE user[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE];
-    DWORD size = 0;
-    HANDLE opened = nullptr;
-    ScopedKernelHandle token;
-    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened)) {
-        token.Reset(opened);
-    }
-    wchar_t* text = nullptr;
-    if (!token || !GetTokenInformation(token.Get(), TokenUser, user, sizeof(user), &size) ||
-        !ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(user)->User.Sid, &text)) {
-        throw Failed("find out the account's SID", Win32ErrorText(GetLastError()));
-    }
-    const std::unique_ptr<wchar_t, decltype(&LocalFree)> owner(text, LocalFree);
-    return text;
-}
-
 /// The executable that is installed as the component.
 std::wstring ComponentSource() { return OwnFolder() + L"\\" + kComponentFileName; }
 
 /// A value that is absent already is as good as removed.
-void RemoveValue(HKEY root, const std::wstring& key, const wchar_t* name) {
-    const LSTATUS error = RegDeleteKeyValueW(root, key.c_str(), name);
+void RemoveValue(HKEY root, const wchar_t* key, const wchar_t* name) {
+    const LSTATUS error = RegDeleteKeyValueW(root, key, name);
     if (error != ERROR_SUCCESS && error != ERROR_FILE_NOT_FOUND) {
         throw Failed("remove", name, error);
     }
@@ -127,13 +105,14 @@ void ThisComputer::InstallComponent() {
 }
 
 void ThisComputer::Perform(const SetSwitch& action) {
-    const std::wstring key = OwnSid() + kSwitchKeySuffix;
+    // The same values as below HKEY_USERS and the SID of the process's user.
+    const wchar_t* const key = kSwitchKeySuffix + 1;
     if (!action.value) {
-        RemoveValue(HKEY_USERS, key, action.name.c_str());
+        RemoveValue(HKEY_CURRENT_USER, key, action.name.c_str());
         return;
     }
     const std::int32_t value = *action.value;
-    const LSTATUS error = RegSetKeyValueW(HKEY_USERS, key.c_str(), action.name.c_str(), REG_DWORD,
+    const LSTATUS error = RegSetKeyValueW(HKEY_CURRENT_USER, key, action.name.c_str(), REG_DWORD,
                                           &value, sizeof(value));
     if (error != ERROR_SUCCESS) {
         throw Failed("set", action.name.c_str(), error);

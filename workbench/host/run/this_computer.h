@@ -1,9 +1,7 @@
 // The computer that the host runs on, real or a Wine prefix.
 #pragma once
 
-#include "host/options/options.h"
 #include "host/run/surroundings.h"
-#include "host/views/screen.h"
 
 namespace host {
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <regex>
 
+#include "common/text.h"
 #include "host/machine_time.h"
 
 namespace host {
@@ -83,7 +84,7 @@ TextLines DescribeEvent(const records::SentEvent& event) {
     }
     TextTable table;
     for (const records::SentField& field : event.fields) {
-        const std::string text = records::FieldText(field.value);
+        const std::string text = workbench::AsUtf8(field.value);
         table.rows.push_back({field.key, text.empty() ? "(empty)" : text});
     }
     return FormatTable(table);

@@ -47,11 +47,8 @@ std::optional<Account> FindAccount(const Machine& machine, const std::wstring& a
 BOOL WINAPI FakeLookupAccountNameW(const wchar_t* system, const wchar_t* account, void* sid,
                                    DWORD* sidSize, wchar_t* domain, DWORD* domainSize,
                                    SID_NAME_USE* use) {
-    FakeCall call("LookupAccountNameW");
-    call.Arguments({{"system", system},
-                    {"account", account},
-                    {"sidSize", *sidSize},
-                    {"domainSize", *domainSize}});
+    FakeCall call("LookupAccountNameW", Arg{"system", system}, Arg{"account", account},
+                  Arg{"sidSize", *sidSize}, Arg{"domainSize", *domainSize});
     const auto& fault = call.PlannedFault();
     const bool tooSmall = fault && fault->variant == FaultVariant::ShortSize;
     if (fault && !tooSmall) {
@@ -89,8 +86,7 @@ BOOL WINAPI FakeConvertSidToStringSidW(void* sid, wchar_t** text) {
 }
 
 HLOCAL WINAPI FakeLocalFree(HLOCAL memory) {
-    FakeCall call("LocalFree");
-    call.Argument("memory", memory);
+    FakeCall call("LocalFree", Arg{"memory", memory});
     if (call.PlannedFault()) {
         return call.Fails(memory);
     }

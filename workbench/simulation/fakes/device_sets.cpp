@@ -22,12 +22,19 @@ struct OpenSets {
 
 GUID SetupClassOf(const Device& device) {
     GUID setupClass{};
-    for (const DeviceProperty& property : device.properties) {
-        if (SameKey(property.key, kClassGuidKey) && property.bytes.size() == sizeof(setupClass)) {
-            std::memcpy(&setupClass, property.bytes.data(), sizeof(setupClass));
-        }
+    const DeviceProperty* const property = FindProperty(device.properties, kClassGuidKey);
+    if (property != nullptr && property->bytes.size() == sizeof(setupClass)) {
+        std::memcpy(&setupClass, property->bytes.data(), sizeof(setupClass));
     }
     return setupClass;
+}
+
+/// The item whose number Describe left in the caller's structure, or null.
+template <class Item, class Data>
+const Item* ItemOf(const std::vector<Item>& items, const Data* data) {
+    const bool isOne = data != nullptr && data->cbSize == sizeof(*data) && data->Reserved >= 1 &&
+                       data->Reserved <= items.size();
+    return isOne ? &items[data->Reserved - 1] : nullptr;
 }
 
 /// An enumerator is the first piece of an id, "USB", or a whole id.
@@ -130,21 +137,13 @@ void Describe(const DeviceSet& set, std::size_t index, SP_DEVICE_INTERFACE_DATA&
 }
 
 const SetDevice* FindDevice(const DeviceSet* set, const SP_DEVINFO_DATA* data) {
-    if (set == nullptr || data == nullptr || data->cbSize != sizeof(*data) || data->Reserved == 0 ||
-        data->Reserved > set->devices.size()) {
-        return nullptr;
-    }
-    const SetDevice& device = set->devices[data->Reserved - 1];
-    return device.node == data->DevInst ? &device : nullptr;
+    const SetDevice* const found = set == nullptr ? nullptr : ItemOf(set->devices, data);
+    return found != nullptr && found->node == data->DevInst ? found : nullptr;
 }
 
 const SetInterface* FindInterface(const DeviceSet* set, const SP_DEVICE_INTERFACE_DATA* data) {
-    if (set == nullptr || data == nullptr || data->cbSize != sizeof(*data) || data->Reserved == 0 ||
-        data->Reserved > set->interfaces.size()) {
-        return nullptr;
-    }
-    const SetInterface& found = set->interfaces[data->Reserved - 1];
-    return found.interfaceClass == data->InterfaceClassGuid ? &found : nullptr;
+    const SetInterface* const found = set == nullptr ? nullptr : ItemOf(set->interfaces, data);
+    return found != nullptr && found->interfaceClass == data->InterfaceClassGuid ? found : nullptr;
 }
 
 }  // namespace simulation

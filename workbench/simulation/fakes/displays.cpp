@@ -7,12 +7,6 @@
 namespace simulation {
 namespace {
 
-/// Whether a request is about this source or target.
-bool IsMeant(const DISPLAYCONFIG_DEVICE_INFO_HEADER& header, const LUID& adapter, UINT32 id) {
-    return header.adapterId.LowPart == adapter.LowPart &&
-           header.adapterId.HighPart == adapter.HighPart && header.id == id;
-}
-
 bool SelectsPaths(UINT32 flags) {
     return flags == QDC_ALL_PATHS || flags == QDC_ONLY_ACTIVE_PATHS ||
            flags == QDC_DATABASE_CURRENT;
@@ -20,18 +14,18 @@ bool SelectsPaths(UINT32 flags) {
 
 /// Plans: ShortSize reports as many paths as the planned number.
 LONG WINAPI FakeGetDisplayConfigBufferSizes(UINT32 flags, UINT32* pathCount, UINT32* modeCount) {
-    FakeCall call("GetDisplayConfigBufferSizes");
-    call.Arguments({{"flags", flags}, {"pathCount", pathCount}, {"modeCount", modeCount}});
-    const bool shortSize = call.IsPlanned(FaultVariant::ShortSize);
-    if (call.PlannedFault() && !shortSize) {
-        return call.FailsWithStatus<LONG>();
-    }
-    if (pathCount == nullptr || modeCount == nullptr || !SelectsPaths(flags)) {
-        return call.ReturnsStatus<LONG>(ERROR_INVALID_PARAMETER);
+    FakeCall call("GetDisplayConfigBufferSizes", Arg{"flags", flags}, Arg{"pathCount", pathCount},
+                  Arg{"modeCount", modeCount});
+    if (const auto error =
+            call.Refused({{pathCount == nullptr || modeCount == nullptr || !SelectsPaths(flags),
+                           ERROR_INVALID_PARAMETER}},
+                         FaultVariant::ShortSize)) {
+        return call.ReturnsStatus(static_cast<LONG>(*error));
     }
     const auto lock = call.world().Lock();
-    *pathCount = shortSize ? call.PlannedFault()->error
-                           : static_cast<UINT32>(call.world().machine.display.paths.size());
+    *pathCount = call.PlannedFault()
+                     ? call.PlannedFault()->error
+                     : static_cast<UINT32>(call.world().machine.display.paths.size());
     *modeCount = 2 * *pathCount;
     return call.ReturnsStatus<LONG>(ERROR_SUCCESS);
 }
@@ -57,26 +51,22 @@ DISPLAYCONFIG_PATH_INFO PathInfo(const DisplayPath& path, UINT32 firstMode) {
 LONG WINAPI FakeQueryDisplayConfig(UINT32 flags, UINT32* pathCount, DISPLAYCONFIG_PATH_INFO* paths,
                                    UINT32* modeCount, DISPLAYCONFIG_MODE_INFO* modes,
                                    DISPLAYCONFIG_TOPOLOGY_ID* topology) {
-    FakeCall call("QueryDisplayConfig");
-    call.Arguments({{"flags", flags},
-                    {"pathCount", pathCount == nullptr ? 0 : *pathCount},
-                    {"paths", paths},
-                    {"modeCount", modeCount == nullptr ? 0 : *modeCount},
-                    {"modes", modes},
-                    {"topology", topology}});
-    const bool nothing = call.IsPlanned(FaultVariant::SuccessWithNothing);
-    if (call.PlannedFault() && !nothing) {
-        return call.FailsWithStatus<LONG>();
-    }
+    FakeCall call("QueryDisplayConfig", Arg{"flags", flags},
+                  Arg{"pathCount", pathCount == nullptr ? 0 : *pathCount}, Arg{"paths", paths},
+                  Arg{"modeCount", modeCount == nullptr ? 0 : *modeCount}, Arg{"modes", modes},
+                  Arg{"topology", topology});
     // The topology is an answer of the database only.
-    if (pathCount == nullptr || modeCount == nullptr || paths == nullptr || modes == nullptr ||
-        *pathCount == 0 || *modeCount == 0 || !SelectsPaths(flags) ||
-        (flags == QDC_DATABASE_CURRENT) != (topology != nullptr)) {
-        return call.ReturnsStatus<LONG>(ERROR_INVALID_PARAMETER);
+    const bool wrong = pathCount == nullptr || modeCount == nullptr || paths == nullptr ||
+                       modes == nullptr || *pathCount == 0 || *modeCount == 0 ||
+                       !SelectsPaths(flags) ||
+                       (flags == QDC_DATABASE_CURRENT) != (topology != nullptr);
+    if (const auto error =
+            call.Refused({{wrong, ERROR_INVALID_PARAMETER}}, FaultVariant::SuccessWithNothing)) {
+        return call.ReturnsStatus(static_cast<LONG>(*error));
     }
     const auto lock = call.world().Lock();
     const Display& display = call.world().machine.display;
-    const auto count = static_cast<UINT32>(nothing ? 0 : display.paths.size());
+    const auto count = static_cast<UINT32>(call.PlannedFault() ? 0 : display.paths.size());
     if (*pathCount < count || *modeCount < 2 * count) {
         return call.ReturnsStatus<LONG>(ERROR_INSUFFICIENT_BUFFER);
     }
@@ -101,27 +91,31 @@ void CopyText(const std::wstring& text, wchar_t (&field)[size]) {
     }
 }
 
-/// False when no path has such a source.
-bool NameSource(const Display& display, DISPLAYCONFIG_SOURCE_DEVICE_NAME& request) {
-    for (const DisplayPath& path : display.paths) {
-        if (IsMeant(request.header, path.sourceAdapter, path.sourceId)) {
-            CopyText(path.gdiName, request.viewGdiDeviceName);
-            return true;
-        }
-    }
-    return false;
+void Answer(const DisplayPath& path, DISPLAYCONFIG_SOURCE_DEVICE_NAME& request) {
+    CopyText(path.gdiName, request.viewGdiDeviceName);
 }
 
-/// False when no path has such a target.
-bool NameTarget(const Display& display, DISPLAYCONFIG_TARGET_DEVICE_NAME& request) {
+void Answer(const DisplayPath& path, DISPLAYCONFIG_TARGET_DEVICE_NAME& request) {
+    CopyText(path.friendlyName, request.monitorFriendlyDeviceName);
+    CopyText(path.devicePath, request.monitorDevicePath);
+}
+
+/// Answers for the path that has the source or target which the request is about.
+template <class Request>
+LONG AnswerRequest(const Display& display, DISPLAYCONFIG_DEVICE_INFO_HEADER& header,
+                   LUID DisplayPath::*adapter, UINT32 DisplayPath::*id) {
+    if (header.size < sizeof(Request)) {
+        return ERROR_INVALID_PARAMETER;
+    }
     for (const DisplayPath& path : display.paths) {
-        if (IsMeant(request.header, path.targetAdapter, path.targetId)) {
-            CopyText(path.friendlyName, request.monitorFriendlyDeviceName);
-            CopyText(path.devicePath, request.monitorDevicePath);
-            return true;
+        const LUID& luid = path.*adapter;
+        if (header.adapterId.LowPart == luid.LowPart &&
+            header.adapterId.HighPart == luid.HighPart && header.id == path.*id) {
+            Answer(path, reinterpret_cast<Request&>(header));
+            return ERROR_SUCCESS;
         }
     }
-    return false;
+    return ERROR_GEN_FAILURE;
 }
 
 /// Plans: SuccessWithNothing leaves the request as it is.
@@ -146,17 +140,16 @@ LONG WINAPI FakeDisplayConfigGetDeviceInfo(DISPLAYCONFIG_DEVICE_INFO_HEADER* req
     }
     const auto lock = call.world().Lock();
     const Display& display = call.world().machine.display;
-    bool found = false;
-    if (request->type == DISPLAYCONFIG_DEVICE_INFO_GET_SOURCE_NAME &&
-        request->size >= sizeof(DISPLAYCONFIG_SOURCE_DEVICE_NAME)) {
-        found = NameSource(display, *reinterpret_cast<DISPLAYCONFIG_SOURCE_DEVICE_NAME*>(request));
-    } else if (request->type == DISPLAYCONFIG_DEVICE_INFO_GET_TARGET_NAME &&
-               request->size >= sizeof(DISPLAYCONFIG_TARGET_DEVICE_NAME)) {
-        found = NameTarget(display, *reinterpret_cast<DISPLAYCONFIG_TARGET_DEVICE_NAME*>(request));
-    } else {
-        return call.ReturnsStatus<LONG>(ERROR_INVALID_PARAMETER);
+    switch (request->type) {
+        case DISPLAYCONFIG_DEVICE_INFO_GET_SOURCE_NAME:
+            return call.ReturnsStatus(AnswerRequest<DISPLAYCONFIG_SOURCE_DEVICE_NAME>(
+                display, *request, &DisplayPath::sourceAdapter, &DisplayPath::sourceId));
+        case DISPLAYCONFIG_DEVICE_INFO_GET_TARGET_NAME:
+            return call.ReturnsStatus(AnswerRequest<DISPLAYCONFIG_TARGET_DEVICE_NAME>(
+                display, *request, &DisplayPath::targetAdapter, &DisplayPath::targetId));
+        default:
+            return call.ReturnsStatus<LONG>(ERROR_INVALID_PARAMETER);
     }
-    return call.ReturnsStatus<LONG>(found ? ERROR_SUCCESS : ERROR_GEN_FAILURE);
 }
 
 /// Without a name, the first path's source. Sources that several paths share have one mode.
@@ -171,20 +164,16 @@ const DisplayPath* FindSource(const Display& display, const wchar_t* gdiName) {
 
 /// Knows the current mode, which is also the one that the registry holds.
 BOOL WINAPI FakeEnumDisplaySettingsW(const wchar_t* device, DWORD modeNumber, DEVMODEW* mode) {
-    FakeCall call("EnumDisplaySettingsW");
-    call.Arguments({{"device", device},
-                    {"modeNumber", static_cast<int>(modeNumber)},
-                    {"mode", mode},
-                    {"structureSize", mode == nullptr ? 0 : mode->dmSize}});
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
+    FakeCall call("EnumDisplaySettingsW", Arg{"device", device},
+                  Arg{"modeNumber", static_cast<int>(modeNumber)}, Arg{"mode", mode},
+                  Arg{"structureSize", mode == nullptr ? 0 : mode->dmSize});
     const auto lock = call.world().Lock();
     const DisplayPath* const source = FindSource(call.world().machine.display, device);
     const bool current =
         modeNumber == ENUM_CURRENT_SETTINGS || modeNumber == ENUM_REGISTRY_SETTINGS;
-    if (mode == nullptr || !current || source == nullptr || !source->mode) {
-        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
+    const bool wrong = mode == nullptr || !current || source == nullptr || !source->mode;
+    if (const auto error = call.Refused({{wrong, ERROR_INVALID_PARAMETER}})) {
+        return call.Fails(FALSE, *error);
     }
     mode->dmFields = DM_BITSPERPEL | DM_PELSWIDTH | DM_PELSHEIGHT | DM_DISPLAYFREQUENCY;
     mode->dmLogPixels = static_cast<WORD>(source->mode->logPixels);

@@ -10,7 +10,6 @@ namespace simulation {
 
 /// From its logons. An account without a name is the built-in domain.
 void InstallAccountFakes(ImportRedirection& redirection);
-void InstallConfigManagerFakes(ImportRedirection& redirection);
 void InstallDisplayFakes(ImportRedirection& redirection);
 /// From its interfaces; every other path of CreateFileW is the real system's.
 void InstallHidFakes(ImportRedirection& redirection);
@@ -18,24 +17,24 @@ void InstallPrintSpoolerFakes(ImportRedirection& redirection);
 /// The monitors' EDID values; every other key is the real system's.
 void InstallRegistryFakes(ImportRedirection& redirection);
 void InstallSessionFakes(ImportRedirection& redirection);
+/// And the status of device nodes.
 void InstallSetupApiFakes(ImportRedirection& redirection);
 void InstallSetupApiInterfaceFakes(ImportRedirection& redirection);
 /// No other file than those of the machine exists.
 void InstallVersionInfoFakes(ImportRedirection& redirection);
-/// From the simulated clock where it was set. std::chrono::steady_clock follows;
-/// std::chrono::system_clock does not with the GNU runtime, which fetches a more precise function
-/// when the module is loaded and never asks its import table again.
+/// QueryPerformanceCounter, and with it std::chrono::steady_clock, from the simulated clock where
+/// it was set.
 void InstallTimeFakes(ImportRedirection& redirection);
 
 // Done by the real system; the journal, the fault plan and the ledger see it.
 
-void InstallDeviceNotificationFakes(ImportRedirection& redirection);
 /// CloseHandle, for every kind of simulated handle, too.
 void InstallHandleFakes(ImportRedirection& redirection);
 /// malloc is in neither journal nor plan, because everything calls it; see heap.h.
 void InstallHeapFakes(ImportRedirection& redirection);
 void InstallModuleFakes(ImportRedirection& redirection);
 void InstallThreadFakes(ImportRedirection& redirection);
+/// And the notifications that windows get of devices.
 void InstallWindowFakes(ImportRedirection& redirection);
 
 }  // namespace simulation

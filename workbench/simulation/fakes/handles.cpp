@@ -7,15 +7,13 @@ namespace {
 decltype(::CloseHandle)* realCloseHandle = nullptr;
 
 BOOL WINAPI FakeCloseHandle(HANDLE object) {
-    FakeCall call("CloseHandle");
-    call.Argument("object", object);
+    FakeCall call("CloseHandle", Arg{"object", object});
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }
     ResourceLedger& ledger = call.world().ledger;
     for (const ResourceKind simulated : {ResourceKind::File, ResourceKind::Token}) {
-        if (ledger.IsOpen(simulated, object)) {
-            ledger.Release(simulated, object);
+        if (ledger.ReleaseIfOpen(simulated, object)) {
             return call.Returns(TRUE);
         }
     }
@@ -23,9 +21,7 @@ BOOL WINAPI FakeCloseHandle(HANDLE object) {
         ledger.Release(ResourceKind::File, object);  // Not open: the ledger notes the error.
         return call.Fails(FALSE, ERROR_INVALID_HANDLE);
     }
-    if (ledger.IsOpen(ResourceKind::Thread, object)) {
-        ledger.Release(ResourceKind::Thread, object);
-    }
+    ledger.ReleaseIfOpen(ResourceKind::Thread, object);
     return call.PassTo(realCloseHandle, object);
 }
 

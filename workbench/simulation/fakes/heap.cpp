@@ -52,8 +52,7 @@ void* __cdecl FakeCalloc(std::size_t count, std::size_t size) {
 }
 
 HGLOBAL WINAPI FakeGlobalAlloc(UINT flags, SIZE_T size) {
-    FakeCall call("GlobalAlloc");
-    call.Arguments({{"flags", flags}, {"size", size}});
+    FakeCall call("GlobalAlloc", Arg{"flags", flags}, Arg{"size", size});
     const HGLOBAL block = call.FailsOrPassesTo(HGLOBAL{}, realGlobalAlloc, flags, size);
     if (block != nullptr) {
         call.world().ledger.Adopt(ResourceKind::HeapBlock, block, std::to_string(size) + " bytes");
@@ -62,8 +61,7 @@ HGLOBAL WINAPI FakeGlobalAlloc(UINT flags, SIZE_T size) {
 }
 
 HGLOBAL WINAPI FakeGlobalFree(HGLOBAL block) {
-    FakeCall call("GlobalFree");
-    call.Argument("block", block);
+    FakeCall call("GlobalFree", Arg{"block", block});
     if (call.PlannedFault()) {
         return call.Fails(block);
     }

@@ -6,7 +6,6 @@ extern "C" {
 
 #include <algorithm>
 #include <cstring>
-#include <map>
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
@@ -15,14 +14,7 @@ extern "C" {
 namespace simulation {
 namespace {
 
-/// Interface path by file handle.
-struct OpenHidFiles {
-    std::map<HANDLE, std::wstring> paths;
-};
-
 decltype(::CreateFileW)* realCreateFileW = nullptr;
-decltype(::HidD_GetProductString)* realHidD_GetProductString = nullptr;
-decltype(::HidD_GetManufacturerString)* realHidD_GetManufacturerString = nullptr;
 
 struct InterfaceOfDevice {
     const Device* device = nullptr;
@@ -48,24 +40,16 @@ HANDLE OpenInterface(FakeCall& call, const InterfaceOfDevice& found) {
     if (found.offered->hid->openError != ERROR_SUCCESS) {
         return call.Fails<HANDLE>(INVALID_HANDLE_VALUE, found.offered->hid->openError);
     }
-    World& world = call.world();
-    const HANDLE file = world.ledger.Acquire(ResourceKind::File, ToUtf8(found.offered->path));
-    Remember(world.FamilyState<OpenHidFiles>().paths, world.ledger, ResourceKind::File, file,
-             found.offered->path);
-    return call.Returns(file);
+    return call.Returns<HANDLE>(call.world().ledger.Acquire(
+        ResourceKind::File, ToUtf8(found.offered->path), found.offered->path));
 }
 
 HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share,
                               SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
                               HANDLE templateFile) {
-    FakeCall call("CreateFileW");
-    call.Arguments({{"path", path},
-                    {"access", access},
-                    {"share", share},
-                    {"security", security},
-                    {"disposition", disposition},
-                    {"flags", flags},
-                    {"templateFile", templateFile}});
+    FakeCall call("CreateFileW", Arg{"path", path}, Arg{"access", access}, Arg{"share", share},
+                  Arg{"security", security}, Arg{"disposition", disposition}, Arg{"flags", flags},
+                  Arg{"templateFile", templateFile});
     if (call.PlannedFault()) {
         return call.Fails<HANDLE>(INVALID_HANDLE_VALUE);
     }
@@ -85,12 +69,12 @@ HANDLE WINAPI FakeCreateFileW(const wchar_t* path, DWORD access, DWORD share,
 BOOLEAN AnswerText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
                    std::optional<std::wstring> HidAnswers::*text) {
     World& world = call.world();
-    if (!world.ledger.IsOpen(ResourceKind::File, file)) {
+    const auto open = world.ledger.FindOpen(ResourceKind::File, file);
+    if (!open) {
         return call.Fails<BOOLEAN>(FALSE, ERROR_INVALID_HANDLE);
     }
     const auto lock = world.Lock();
-    const InterfaceOfDevice found =
-        FindInterface(world.machine, world.FamilyState<OpenHidFiles>().paths.at(file));
+    const InterfaceOfDevice found = FindInterface(world.machine, open->subject);
     if (found.device == nullptr || !found.device->present || !found.offered->hid) {
         return call.Fails<BOOLEAN>(FALSE, ERROR_DEVICE_NOT_CONNECTED);
     }
@@ -112,8 +96,8 @@ BOOLEAN AnswerText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
 }
 
 /// Plans: SuccessWithNothing leaves the buffer as it is.
-BOOLEAN QueryText(FakeCall& call, decltype(::HidD_GetProductString)* real, HANDLE file,
-                  void* buffer, ULONG size, std::optional<std::wstring> HidAnswers::*text) {
+BOOLEAN QueryText(FakeCall& call, HANDLE file, void* buffer, ULONG size,
+                  std::optional<std::wstring> HidAnswers::*text) {
     call.Arguments({{"file", file}, {"buffer", buffer}, {"size", size}});
     if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns<BOOLEAN>(TRUE);
@@ -121,19 +105,17 @@ BOOLEAN QueryText(FakeCall& call, decltype(::HidD_GetProductString)* real, HANDL
     if (call.PlannedFault()) {
         return call.Fails<BOOLEAN>(FALSE);
     }
-    return ResourceLedger::IsSimulatedHandle(file) ? AnswerText(call, file, buffer, size, text)
-                                                   : call.PassTo(real, file, buffer, size);
+    return AnswerText(call, file, buffer, size, text);
 }
 
 BOOLEAN NTAPI FakeHidD_GetProductString(HANDLE file, void* buffer, ULONG size) {
     FakeCall call("HidD_GetProductString");
-    return QueryText(call, realHidD_GetProductString, file, buffer, size, &HidAnswers::product);
+    return QueryText(call, file, buffer, size, &HidAnswers::product);
 }
 
 BOOLEAN NTAPI FakeHidD_GetManufacturerString(HANDLE file, void* buffer, ULONG size) {
     FakeCall call("HidD_GetManufacturerString");
-    return QueryText(call, realHidD_GetManufacturerString, file, buffer, size,
-                     &HidAnswers::manufacturer);
+    return QueryText(call, file, buffer, size, &HidAnswers::manufacturer);
 }
 
 }  // namespace
@@ -141,9 +123,10 @@ BOOLEAN NTAPI FakeHidD_GetManufacturerString(HANDLE file, void* buffer, ULONG si
 void InstallHidFakes(ImportRedirection& redirection) {
     redirection.RedirectImported({
         {"CreateFileW", FakeCreateFileW, &realCreateFileW},
-        {"HidD_GetProductString", FakeHidD_GetProductString, &realHidD_GetProductString},
-        {"HidD_GetManufacturerString", FakeHidD_GetManufacturerString,
-         &realHidD_GetManufacturerString},
+        Replace<decltype(::HidD_GetProductString)>("HidD_GetProductString",
+                                                   FakeHidD_GetProductString),
+        Replace<decltype(::HidD_GetManufacturerString)>("HidD_GetManufacturerString",
+                                                        FakeHidD_GetManufacturerString),
     });
 }
 

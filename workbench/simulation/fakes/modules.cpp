@@ -21,14 +21,12 @@ using ExitThreadFunction = void WINAPI(HMODULE, DWORD);
 ExitThreadFunction* realFreeLibraryAndExitThread = nullptr;
 
 HMODULE WINAPI FakeGetModuleHandleW(const wchar_t* name) {
-    FakeCall call("GetModuleHandleW");
-    call.Argument("name", name);
+    FakeCall call("GetModuleHandleW", Arg{"name", name});
     return call.FailsOrPassesTo(HMODULE{}, realGetModuleHandleW, name);
 }
 
 BOOL WINAPI FakeGetModuleHandleExW(DWORD flags, const wchar_t* name, HMODULE* module) {
-    FakeCall call("GetModuleHandleExW");
-    call.Argument("flags", flags);
+    FakeCall call("GetModuleHandleExW", Arg{"flags", flags});
     if ((flags & GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS) != 0) {
         call.Argument("name", static_cast<const void*>(name));
     } else {
@@ -50,8 +48,7 @@ BOOL WINAPI FakeGetModuleHandleExW(DWORD flags, const wchar_t* name, HMODULE* mo
 /// Plans: Fail gives length 0, ShortSize a path that fills the whole buffer, as a path does that
 /// is too long for it.
 DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, wchar_t* path, DWORD capacity) {
-    FakeCall call("GetModuleFileNameW");
-    call.Arguments({{"module", module}, {"capacity", capacity}});
+    FakeCall call("GetModuleFileNameW", Arg{"module", module}, Arg{"capacity", capacity});
     if (call.PlannedFault()) {
         if (call.PlannedFault()->variant != FaultVariant::ShortSize || capacity == 0) {
             return call.Fails<DWORD>(0);
@@ -66,8 +63,7 @@ DWORD WINAPI FakeGetModuleFileNameW(HMODULE module, wchar_t* path, DWORD capacit
 
 /// Plans: Fail returns the planned HRESULT, SuccessWithNothing says that nothing was removed.
 HRESULT WINAPI FakePathCchRemoveFileSpec(wchar_t* path, std::size_t capacity) {
-    FakeCall call("PathCchRemoveFileSpec");
-    call.Arguments({{"path", path}, {"capacity", capacity}});
+    FakeCall call("PathCchRemoveFileSpec", Arg{"path", path}, Arg{"capacity", capacity});
     if (call.PlannedFault()) {
         return call.PlannedFault()->variant == FaultVariant::SuccessWithNothing
                    ? call.Returns<HRESULT>(S_FALSE)
@@ -77,8 +73,7 @@ HRESULT WINAPI FakePathCchRemoveFileSpec(wchar_t* path, std::size_t capacity) {
 }
 
 HMODULE WINAPI FakeLoadLibraryW(const wchar_t* name) {
-    FakeCall call("LoadLibraryW");
-    call.Argument("name", name);
+    FakeCall call("LoadLibraryW", Arg{"name", name});
     const HMODULE module = call.FailsOrPassesTo(HMODULE{}, realLoadLibraryW, name);
     if (module != nullptr) {
         call.world().ledger.Adopt(ResourceKind::ModuleReference, module, ToUtf8(name));
@@ -87,19 +82,12 @@ HMODULE WINAPI FakeLoadLibraryW(const wchar_t* name) {
 }
 
 FARPROC WINAPI FakeGetProcAddress(HMODULE module, const char* name) {
-    FakeCall call("GetProcAddress");
-    call.Argument("module", module);
-    if (reinterpret_cast<std::uintptr_t>(name) <= 0xFFFF) {
-        call.Argument("name", static_cast<const void*>(name));  // An ordinal.
-    } else {
-        call.Argument("name", name);
-    }
+    FakeCall call("GetProcAddress", Arg{"module", module}, Arg{"name", name});
     return call.FailsOrPassesTo(FARPROC{}, realGetProcAddress, module, name);
 }
 
 BOOL WINAPI FakeFreeLibrary(HMODULE module) {
-    FakeCall call("FreeLibrary");
-    call.Argument("module", module);
+    FakeCall call("FreeLibrary", Arg{"module", module});
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }
@@ -109,8 +97,7 @@ BOOL WINAPI FakeFreeLibrary(HMODULE module) {
 
 void WINAPI FakeFreeLibraryAndExitThread(HMODULE module, DWORD exitCode) {
     {
-        FakeCall call("FreeLibraryAndExitThread");
-        call.Arguments({{"module", module}, {"exitCode", exitCode}});
+        FakeCall call("FreeLibraryAndExitThread", Arg{"module", module}, Arg{"exitCode", exitCode});
         call.world().ledger.Release(ResourceKind::ModuleReference, module);
     }
     // Never comes back, so nothing of ours may be left open.

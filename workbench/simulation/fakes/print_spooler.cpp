@@ -1,8 +1,6 @@
 #include <windows.h>
 #include <winspool.h>
 
-#include <map>
-
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
 #include "simulation/fakes/families.h"
@@ -10,11 +8,6 @@
 
 namespace simulation {
 namespace {
-
-/// Queue name by handle; absent for the print server itself.
-struct OpenPrinters {
-    std::map<HANDLE, std::optional<std::wstring>> queues;
-};
 
 const Printer* FindPrinter(const Machine& machine, const std::wstring& name) {
     for (const Printer& printer : machine.printers) {
@@ -89,21 +82,33 @@ DWORD WriteDriver(const Machine& machine, const Printer& printer, BYTE* block, s
     return texts.Size();
 }
 
-/// Plans: SuccessWithNothing finds no printer. ShortSize makes the planned number the size that is
-/// reported, whether as the size that is needed or together with the entries.
+/// What each query ends with: tells the size that is needed, or fills the block. `write` writes
+/// what fits and returns the whole size. Plans: ShortSize makes the planned number the size that is
+/// reported either way.
+template <class Write>
+BOOL AnswerBlock(FakeCall& call, const SpoolerLies& lies, BYTE* block, DWORD size, DWORD* needed,
+                 Write write) {
+    if (block == nullptr && size != 0) {
+        return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
+    }
+    const DWORD demanded = lies.needed.value_or(write(nullptr, 0));
+    *needed = call.IsPlanned(FaultVariant::ShortSize) ? call.PlannedFault()->error : demanded;
+    if (block == nullptr || size < demanded) {
+        return call.Fails(FALSE, ERROR_INSUFFICIENT_BUFFER);
+    }
+    write(block, size);
+    *needed = lies.told.value_or(*needed);
+    return call.Returns(TRUE);
+}
+
+/// Plans: SuccessWithNothing finds no printer.
 BOOL WINAPI FakeEnumPrintersW(DWORD flags, wchar_t* name, DWORD level, BYTE* block, DWORD size,
                               DWORD* needed, DWORD* returned) {
-    FakeCall call("EnumPrintersW");
-    call.Arguments({{"flags", flags},
-                    {"name", name},
-                    {"level", level},
-                    {"block", block},
-                    {"size", size},
-                    {"needed", needed},
-                    {"returned", returned}});
+    FakeCall call("EnumPrintersW", Arg{"flags", flags}, Arg{"name", name}, Arg{"level", level},
+                  Arg{"block", block}, Arg{"size", size}, Arg{"needed", needed},
+                  Arg{"returned", returned});
     const bool nothing = call.IsPlanned(FaultVariant::SuccessWithNothing);
-    const bool shortSize = call.IsPlanned(FaultVariant::ShortSize);
-    if (call.PlannedFault() && !nothing && !shortSize) {
+    if (call.PlannedFault() && !nothing && !call.IsPlanned(FaultVariant::ShortSize)) {
         return call.Fails(FALSE);
     }
     if (needed == nullptr || returned == nullptr) {
@@ -123,101 +128,67 @@ BOOL WINAPI FakeEnumPrintersW(DWORD flags, wchar_t* name, DWORD level, BYTE* blo
     if (nothing || printers.empty() || (flags & PRINTER_ENUM_LOCAL) == 0) {
         return call.Returns(TRUE);
     }
-    if (block == nullptr && size != 0) {
-        return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
-    }
     const SpoolerLies& lies = world.machine.lies.printers;
-    const DWORD whole = WritePrinters(world.machine, nullptr, 0);
-    *needed = shortSize ? call.PlannedFault()->error : lies.needed.value_or(whole);
-    if (block == nullptr || size < lies.needed.value_or(whole)) {
-        return call.Fails(FALSE, ERROR_INSUFFICIENT_BUFFER);
+    const BOOL answered = AnswerBlock(
+        call, lies, block, size, needed,
+        [&](BYTE* target, DWORD room) { return WritePrinters(world.machine, target, room); });
+    if (answered != FALSE) {
+        *returned = lies.returned.value_or(static_cast<DWORD>(printers.size()));
     }
-    WritePrinters(world.machine, block, size);
-    *needed = lies.told.value_or(*needed);
-    *returned = lies.returned.value_or(static_cast<DWORD>(printers.size()));
-    return call.Returns(TRUE);
+    return answered;
 }
 
 /// Plans: NullResult succeeds with a null handle.
 BOOL WINAPI FakeOpenPrinterW(wchar_t* name, HANDLE* printer, PRINTER_DEFAULTSW* defaults) {
-    FakeCall call("OpenPrinterW");
-    call.Arguments({{"name", name}, {"printer", printer}, {"defaults", defaults}});
+    FakeCall call("OpenPrinterW", Arg{"name", name}, Arg{"printer", printer},
+                  Arg{"defaults", defaults});
     if (call.IsPlanned(FaultVariant::NullResult)) {
         *printer = nullptr;
         return call.Returns(TRUE);
     }
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
-    if (printer == nullptr || (name != nullptr && *name == L'\0')) {
-        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
-    }
     World& world = call.world();
     const auto lock = world.Lock();
-    if (name != nullptr && FindPrinter(world.machine, name) == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_PRINTER_NAME);
+    if (const auto error = call.Refused(
+            {{printer == nullptr || (name != nullptr && *name == L'\0'), ERROR_INVALID_PARAMETER},
+             {name != nullptr && FindPrinter(world.machine, name) == nullptr,
+              ERROR_INVALID_PRINTER_NAME}})) {
+        return call.Fails(FALSE, *error);
     }
+    const std::wstring queue = name == nullptr ? L"" : name;
     *printer = world.ledger.Acquire(ResourceKind::Printer,
-                                    name == nullptr ? "print server" : ToUtf8(name));
-    Remember(world.FamilyState<OpenPrinters>().queues, world.ledger, ResourceKind::Printer,
-             *printer, name == nullptr ? std::nullopt : std::optional<std::wstring>(name));
+                                    name == nullptr ? "print server" : ToUtf8(queue), queue);
     return call.Returns(TRUE);
 }
 
-/// Plans: SuccessWithNothing succeeds without writing anything. ShortSize makes the planned number
-/// the size that is reported, whether as the size that is needed or together with the structure.
+/// Plans: SuccessWithNothing succeeds without writing anything.
 BOOL WINAPI FakeGetPrinterDriverW(HANDLE printer, wchar_t* environment, DWORD level, BYTE* block,
                                   DWORD size, DWORD* needed) {
-    FakeCall call("GetPrinterDriverW");
-    call.Arguments({{"printer", printer},
-                    {"environment", environment},
-                    {"level", level},
-                    {"block", block},
-                    {"size", size},
-                    {"needed", needed}});
-    const bool shortSize = call.IsPlanned(FaultVariant::ShortSize);
+    FakeCall call("GetPrinterDriverW", Arg{"printer", printer}, Arg{"environment", environment},
+                  Arg{"level", level}, Arg{"block", block}, Arg{"size", size},
+                  Arg{"needed", needed});
     if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns(TRUE);
     }
-    if (call.PlannedFault() && !shortSize) {
-        return call.Fails(FALSE);
-    }
     World& world = call.world();
-    if (!world.ledger.IsOpen(ResourceKind::Printer, printer)) {
-        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
-    }
-    if (level != 6) {
-        return call.Fails(FALSE, ERROR_INVALID_LEVEL);
-    }
-    if (needed == nullptr) {
-        return call.Fails<BOOL>(FALSE, RPC_X_NULL_REF_POINTER);
-    }
     const auto lock = world.Lock();
-    const std::optional<std::wstring>& name = world.FamilyState<OpenPrinters>().queues.at(printer);
-    const Printer* const queue = name ? FindPrinter(world.machine, *name) : nullptr;
-    if (queue == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
+    const auto open = world.ledger.FindOpen(ResourceKind::Printer, printer);
+    const Printer* const queue = open ? FindPrinter(world.machine, open->subject) : nullptr;
+    if (const auto error =
+            call.Refused({{!open, ERROR_INVALID_HANDLE},
+                          {level != 6, ERROR_INVALID_LEVEL},
+                          {needed == nullptr, RPC_X_NULL_REF_POINTER},
+                          {queue == nullptr, ERROR_INVALID_HANDLE},
+                          {queue != nullptr && !queue->driver, ERROR_UNKNOWN_PRINTER_DRIVER}},
+                         FaultVariant::ShortSize)) {
+        return call.Fails(FALSE, *error);
     }
-    if (!queue->driver) {
-        return call.Fails(FALSE, ERROR_UNKNOWN_PRINTER_DRIVER);
-    }
-    if (block == nullptr && size != 0) {
-        return call.Fails(FALSE, ERROR_INVALID_USER_BUFFER);
-    }
-    const SpoolerLies& lies = world.machine.lies.printerDrivers;
-    const DWORD whole = WriteDriver(world.machine, *queue, nullptr, 0);
-    *needed = shortSize ? call.PlannedFault()->error : lies.needed.value_or(whole);
-    if (block == nullptr || size < lies.needed.value_or(whole)) {
-        return call.Fails(FALSE, ERROR_INSUFFICIENT_BUFFER);
-    }
-    WriteDriver(world.machine, *queue, block, size);
-    *needed = lies.told.value_or(*needed);
-    return call.Returns(TRUE);
+    return AnswerBlock(
+        call, world.machine.lies.printerDrivers, block, size, needed,
+        [&](BYTE* target, DWORD room) { return WriteDriver(world.machine, *queue, target, room); });
 }
 
 BOOL WINAPI FakeClosePrinter(HANDLE printer) {
-    FakeCall call("ClosePrinter");
-    call.Argument("printer", printer);
+    FakeCall call("ClosePrinter", Arg{"printer", printer});
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }

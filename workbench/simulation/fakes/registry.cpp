@@ -1,7 +1,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <map>
 
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
@@ -9,11 +8,6 @@
 
 namespace simulation {
 namespace {
-
-/// Device path of the monitor by key handle.
-struct OpenMonitorKeys {
-    std::map<HKEY, std::wstring> monitors;
-};
 
 constexpr std::wstring_view kMonitorKeys = L"SYSTEM\\CurrentControlSet\\Enum\\DISPLAY\\";
 
@@ -70,9 +64,8 @@ LSTATUS WINAPI FakeRegOpenKeyExA(HKEY root, const char* subKey, DWORD options, R
     const auto lock = world.Lock();
     for (const DisplayPath& monitor : world.machine.display.paths) {
         if (SameName(ParametersKey(monitor.devicePath), path)) {
-            *key = static_cast<HKEY>(world.ledger.Acquire(ResourceKind::RegistryKey, subKey));
-            Remember(world.FamilyState<OpenMonitorKeys>().monitors, world.ledger,
-                     ResourceKind::RegistryKey, *key, monitor.devicePath);
+            *key = static_cast<HKEY>(
+                world.ledger.Acquire(ResourceKind::RegistryKey, subKey, monitor.devicePath));
             return call.ReturnsStatus<LSTATUS>(ERROR_SUCCESS);
         }
     }
@@ -96,9 +89,8 @@ LSTATUS CopyValue(const std::vector<BYTE>& value, BYTE* data, DWORD* size) {
     return ERROR_SUCCESS;
 }
 
-const std::vector<BYTE>* FindEdid(World& world, HKEY key) {
-    const std::wstring& devicePath = world.FamilyState<OpenMonitorKeys>().monitors.at(key);
-    for (const DisplayPath& monitor : world.machine.display.paths) {
+const std::vector<BYTE>* FindEdid(const Machine& machine, const std::wstring& devicePath) {
+    for (const DisplayPath& monitor : machine.display.paths) {
         if (monitor.devicePath == devicePath) {
             return monitor.edid ? &*monitor.edid : nullptr;
         }
@@ -109,13 +101,9 @@ const std::vector<BYTE>* FindEdid(World& world, HKEY key) {
 /// Plans: ShortSize succeeds and reports the planned number as the value's size.
 LSTATUS WINAPI FakeRegQueryValueExA(HKEY key, const char* name, DWORD* reserved, DWORD* type,
                                     BYTE* data, DWORD* size) {
-    FakeCall call("RegQueryValueExA");
-    call.Arguments({{"key", key},
-                    {"name", name},
-                    {"reserved", reserved},
-                    {"type", type == nullptr ? 0 : *type},
-                    {"data", data},
-                    {"size", size == nullptr ? 0 : *size}});
+    FakeCall call("RegQueryValueExA", Arg{"key", key}, Arg{"name", name}, Arg{"reserved", reserved},
+                  Arg{"type", type == nullptr ? 0 : *type}, Arg{"data", data},
+                  Arg{"size", size == nullptr ? 0 : *size});
     if (call.IsPlanned(FaultVariant::ShortSize) && size != nullptr) {
         *size = call.PlannedFault()->error;
         return call.ReturnsStatus<LSTATUS>(ERROR_SUCCESS);
@@ -127,14 +115,15 @@ LSTATUS WINAPI FakeRegQueryValueExA(HKEY key, const char* name, DWORD* reserved,
     if (!ResourceLedger::IsSimulatedHandle(key)) {
         return call.ReturnsStatus(realRegQueryValueExA(key, name, reserved, type, data, size));
     }
-    if (!world.ledger.IsOpen(ResourceKind::RegistryKey, key)) {
+    const auto open = world.ledger.FindOpen(ResourceKind::RegistryKey, key);
+    if (!open) {
         return call.ReturnsStatus<LSTATUS>(ERROR_INVALID_HANDLE);
     }
     if (reserved != nullptr || (data != nullptr && size == nullptr)) {
         return call.ReturnsStatus<LSTATUS>(ERROR_INVALID_PARAMETER);
     }
     const auto lock = world.Lock();
-    const std::vector<BYTE>* const edid = FindEdid(world, key);
+    const std::vector<BYTE>* const edid = FindEdid(world.machine, open->subject);
     if (edid == nullptr || name == nullptr || !SameName(Widen(name), L"EDID")) {
         return call.ReturnsStatus<LSTATUS>(ERROR_FILE_NOT_FOUND);
     }
@@ -145,8 +134,7 @@ LSTATUS WINAPI FakeRegQueryValueExA(HKEY key, const char* name, DWORD* reserved,
 }
 
 LSTATUS WINAPI FakeRegCloseKey(HKEY key) {
-    FakeCall call("RegCloseKey");
-    call.Argument("key", key);
+    FakeCall call("RegCloseKey", Arg{"key", key});
     if (call.PlannedFault()) {
         return call.FailsWithStatus<LSTATUS>();
     }
@@ -155,9 +143,7 @@ LSTATUS WINAPI FakeRegCloseKey(HKEY key) {
         return call.ReturnsStatus<LSTATUS>(
             ledger.Release(ResourceKind::RegistryKey, key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE);
     }
-    if (ledger.IsOpen(ResourceKind::RegistryKey, key)) {
-        ledger.Release(ResourceKind::RegistryKey, key);
-    }
+    ledger.ReleaseIfOpen(ResourceKind::RegistryKey, key);
     return call.ReturnsStatus(realRegCloseKey(key));
 }
 

@@ -13,11 +13,12 @@
 namespace simulation {
 namespace {
 
-struct SessionState {
-    std::map<HANDLE, DWORD> tokens;         ///< Token to session id.
-    std::map<DWORD, DWORD> impersonations;  ///< Thread id to session id.
-    std::map<void*, std::unique_ptr<WTS_SESSION_INFOW[]>> lists;
+struct SessionLists {
+    std::map<void*, std::unique_ptr<WTS_SESSION_INFOW[]>> byAddress;
 };
+
+/// What the ledger notes of a session's token, and of a thread that borrowed its user's identity.
+std::string NoteOf(const Session& session) { return "session " + std::to_string(session.id); }
 
 /// The ledger knows borrowed identities by their thread.
 void* ThreadValue() {
@@ -33,6 +34,17 @@ const Session* FindSession(const Machine& machine, DWORD id) {
     return nullptr;
 }
 
+/// As whom the calling thread acts.
+std::wstring CurrentUser(World& world) {
+    const auto borrowed = world.ledger.FindOpen(ResourceKind::Impersonation, ThreadValue());
+    for (const Session& session : world.machine.logons.sessions) {
+        if (borrowed && borrowed->note == NoteOf(session)) {
+            return session.userName;
+        }
+    }
+    return world.machine.logons.hostAccount;
+}
+
 /// Plans: any gives "no console session".
 DWORD WINAPI FakeWTSGetActiveConsoleSessionId() {
     FakeCall call("WTSGetActiveConsoleSessionId");
@@ -46,8 +58,8 @@ DWORD WINAPI FakeWTSGetActiveConsoleSessionId() {
 /// Plans: NullResult gives no list at all, SuccessWithNothing a list without entries.
 BOOL WINAPI FakeWTSEnumerateSessionsW(HANDLE server, DWORD reserved, DWORD version,
                                       WTS_SESSION_INFOW** list, DWORD* count) {
-    FakeCall call("WTSEnumerateSessionsW");
-    call.Arguments({{"server", server}, {"reserved", reserved}, {"version", version}});
+    FakeCall call("WTSEnumerateSessionsW", Arg{"server", server}, Arg{"reserved", reserved},
+                  Arg{"version", version});
     const auto variant =
         call.PlannedFault() ? std::optional(call.PlannedFault()->variant) : std::nullopt;
     if (variant == FaultVariant::NullResult) {
@@ -74,70 +86,50 @@ BOOL WINAPI FakeWTSEnumerateSessionsW(HANDLE server, DWORD reserved, DWORD versi
     *list = entries.get();
     *count = variant ? 0 : static_cast<DWORD>(sessions.size());
     world.ledger.Adopt(ResourceKind::WtsMemory, *list, "session list");
-    world.FamilyState<SessionState>().lists[*list] = std::move(entries);
+    world.FamilyState<SessionLists>().byAddress[*list] = std::move(entries);
     return call.Returns(TRUE);
 }
 
 void WINAPI FakeWTSFreeMemory(void* memory) {
-    FakeCall call("WTSFreeMemory");
-    call.Argument("memory", memory);
+    FakeCall call("WTSFreeMemory", Arg{"memory", memory});
     World& world = call.world();
     if (world.ledger.Release(ResourceKind::WtsMemory, memory)) {
         const auto lock = world.Lock();
-        world.FamilyState<SessionState>().lists.erase(memory);
+        world.FamilyState<SessionLists>().byAddress.erase(memory);
     }
 }
 
 /// Plans: NullResult succeeds with a null token.
 BOOL WINAPI FakeWTSQueryUserToken(ULONG sessionId, HANDLE* token) {
-    FakeCall call("WTSQueryUserToken");
-    call.Argument("sessionId", sessionId);
-    if (call.PlannedFault()) {
-        if (call.PlannedFault()->variant != FaultVariant::NullResult) {
-            return call.Fails(FALSE);
-        }
+    FakeCall call("WTSQueryUserToken", Arg{"sessionId", sessionId});
+    if (call.IsPlanned(FaultVariant::NullResult)) {
         *token = nullptr;
         return call.Returns(TRUE);
-    }
-    if (token == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_PARAMETER);
     }
     World& world = call.world();
     const auto lock = world.Lock();
     const Session* const session = FindSession(world.machine, sessionId);
-    if (session == nullptr) {
-        return call.Fails(FALSE, ERROR_FILE_NOT_FOUND);
+    if (const auto error = call.Refused({{token == nullptr, ERROR_INVALID_PARAMETER},
+                                         {session == nullptr, ERROR_FILE_NOT_FOUND}})) {
+        return call.Fails(FALSE, *error);
     }
-    if (session->tokenError != ERROR_SUCCESS) {
-        return call.Fails(FALSE, session->tokenError);
+    if (session->tokenError != ERROR_SUCCESS || session->userName.empty()) {
+        return call.Fails(
+            FALSE, session->tokenError != ERROR_SUCCESS ? session->tokenError : ERROR_NO_TOKEN);
     }
-    if (session->userName.empty()) {
-        return call.Fails(FALSE, ERROR_NO_TOKEN);
-    }
-    *token = world.ledger.Acquire(ResourceKind::Token, "session " + std::to_string(sessionId));
-    Remember(world.FamilyState<SessionState>().tokens, world.ledger, ResourceKind::Token, *token,
-             DWORD{sessionId});
+    *token = world.ledger.Acquire(ResourceKind::Token, NoteOf(*session));
     return call.Returns(TRUE);
 }
 
 BOOL WINAPI FakeImpersonateLoggedOnUser(HANDLE token) {
-    FakeCall call("ImpersonateLoggedOnUser");
-    call.Argument("token", token);
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
+    FakeCall call("ImpersonateLoggedOnUser", Arg{"token", token});
+    ResourceLedger& ledger = call.world().ledger;
+    const auto open = ledger.FindOpen(ResourceKind::Token, token);
+    if (const auto error = call.Refused({{!open, ERROR_INVALID_HANDLE}})) {
+        return call.Fails(FALSE, *error);
     }
-    World& world = call.world();
-    if (!world.ledger.IsOpen(ResourceKind::Token, token)) {
-        return call.Fails(FALSE, ERROR_INVALID_HANDLE);
-    }
-    const auto lock = world.Lock();
-    auto& state = world.FamilyState<SessionState>();
-    const DWORD sessionId = state.tokens.at(token);
-    state.impersonations[GetCurrentThreadId()] = sessionId;
-    if (!world.ledger.IsOpen(ResourceKind::Impersonation, ThreadValue())) {
-        world.ledger.Adopt(ResourceKind::Impersonation, ThreadValue(),
-                           "session " + std::to_string(sessionId));
-    }
+    ledger.ReleaseIfOpen(ResourceKind::Impersonation, ThreadValue());
+    ledger.Adopt(ResourceKind::Impersonation, ThreadValue(), open->note);
     return call.Returns(TRUE);
 }
 
@@ -146,20 +138,15 @@ BOOL WINAPI FakeRevertToSelf() {
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }
-    World& world = call.world();
-    const auto lock = world.Lock();
     // Reverting without having impersonated is allowed.
-    if (world.FamilyState<SessionState>().impersonations.erase(GetCurrentThreadId()) != 0) {
-        world.ledger.Release(ResourceKind::Impersonation, ThreadValue());
-    }
+    call.world().ledger.ReleaseIfOpen(ResourceKind::Impersonation, ThreadValue());
     return call.Returns(TRUE);
 }
 
 /// Plans: ShortSize fails as for a buffer that is too small, SuccessWithNothing gives an empty
 /// name.
 BOOLEAN SEC_ENTRY FakeGetUserNameExW(EXTENDED_NAME_FORMAT format, wchar_t* name, ULONG* size) {
-    FakeCall call("GetUserNameExW");
-    call.Arguments({{"format", format}, {"size", *size}});
+    FakeCall call("GetUserNameExW", Arg{"format", format}, Arg{"size", *size});
     const auto& fault = call.PlannedFault();
     if (fault && fault->variant == FaultVariant::Fail) {
         return call.Fails<BOOLEAN>(FALSE);
@@ -170,12 +157,7 @@ BOOLEAN SEC_ENTRY FakeGetUserNameExW(EXTENDED_NAME_FORMAT format, wchar_t* name,
 
     World& world = call.world();
     const auto lock = world.Lock();
-    const auto& impersonations = world.FamilyState<SessionState>().impersonations;
-    const auto impersonated = impersonations.find(GetCurrentThreadId());
-    const Session* const session = impersonated == impersonations.end()
-                                       ? nullptr
-                                       : FindSession(world.machine, impersonated->second);
-    std::wstring text = session == nullptr ? world.machine.logons.hostAccount : session->userName;
+    std::wstring text = CurrentUser(world);
     if (fault && fault->variant == FaultVariant::SuccessWithNothing) {
         text.clear();
     } else if (text.empty()) {

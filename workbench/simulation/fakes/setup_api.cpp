@@ -1,3 +1,7 @@
+#include <windows.h>
+// windows.h has to come first.
+#include <cfgmgr32.h>
+
 #include <algorithm>
 #include <cwchar>
 
@@ -19,9 +23,8 @@ const SetDevice* DeviceArgument(FakeCall& call, const DeviceSet* set, const SP_D
 /// Plans: SuccessWithNothing opens an empty set.
 HDEVINFO WINAPI FakeSetupDiGetClassDevsW(const GUID* classGuid, const wchar_t* enumerator,
                                          HWND window, DWORD flags) {
-    FakeCall call("SetupDiGetClassDevsW");
-    GuidArgument(call, "classGuid", classGuid);
-    call.Arguments({{"enumerator", enumerator}, {"window", window}, {"flags", flags}});
+    FakeCall call("SetupDiGetClassDevsW", Arg{"classGuid", classGuid},
+                  Arg{"enumerator", enumerator}, Arg{"window", window}, Arg{"flags", flags});
     const bool empty = call.IsPlanned(FaultVariant::SuccessWithNothing);
     if (call.PlannedFault() && !empty) {
         return call.Fails<HDEVINFO>(INVALID_HANDLE_VALUE);
@@ -36,8 +39,7 @@ HDEVINFO WINAPI FakeSetupDiGetClassDevsW(const GUID* classGuid, const wchar_t* e
 }
 
 BOOL WINAPI FakeSetupDiDestroyDeviceInfoList(HDEVINFO handle) {
-    FakeCall call("SetupDiDestroyDeviceInfoList");
-    call.Argument("set", handle);
+    FakeCall call("SetupDiDestroyDeviceInfoList", Arg{"set", handle});
     if (call.PlannedFault()) {
         return call.Fails(FALSE);
     }
@@ -47,9 +49,8 @@ BOOL WINAPI FakeSetupDiDestroyDeviceInfoList(HDEVINFO handle) {
 }
 
 BOOL WINAPI FakeSetupDiEnumDeviceInfo(HDEVINFO handle, DWORD index, SP_DEVINFO_DATA* data) {
-    FakeCall call("SetupDiEnumDeviceInfo");
-    call.Arguments(
-        {{"set", handle}, {"index", index}, {"structureSize", data == nullptr ? 0 : data->cbSize}});
+    FakeCall call("SetupDiEnumDeviceInfo", Arg{"set", handle}, Arg{"index", index},
+                  Arg{"structureSize", data == nullptr ? 0 : data->cbSize});
     const auto lock = call.world().Lock();
     const DeviceSet* const set = FindSet(call.world(), handle);
     if (const auto error = call.Refused(
@@ -133,16 +134,13 @@ BOOL WINAPI FakeSetupDiGetDevicePropertyW(HDEVINFO handle, SP_DEVINFO_DATA* data
     if (device == nullptr) {
         return call.Fails<BOOL>(FALSE, ERROR_NO_SUCH_DEVINST);
     }
-    const auto property =
-        std::find_if(device->properties.begin(), device->properties.end(),
-                     [&](const DeviceProperty& candidate) { return SameKey(candidate.key, *key); });
-    const bool found = property != device->properties.end();
-    *type = found ? property->type : DEVPROP_TYPE_EMPTY;
-    const std::size_t needed = found ? property->bytes.size() : 0;
+    const DeviceProperty* const property = FindProperty(device->properties, *key);
+    *type = property != nullptr ? property->type : DEVPROP_TYPE_EMPTY;
+    const std::size_t needed = property != nullptr ? property->bytes.size() : 0;
     if (required != nullptr) {
         *required = static_cast<DWORD>(needed);
     }
-    if (!found) {
+    if (property == nullptr) {
         return call.Fails(FALSE, ERROR_NOT_FOUND);
     }
     if (capacity < needed) {
@@ -150,6 +148,31 @@ BOOL WINAPI FakeSetupDiGetDevicePropertyW(HDEVINFO handle, SP_DEVINFO_DATA* data
     }
     std::copy(property->bytes.begin(), property->bytes.end(), buffer);
     return call.Returns(TRUE);
+}
+
+CONFIGRET WINAPI FakeCM_Get_DevNode_Status(ULONG* status, ULONG* problem, DEVINST node,
+                                           ULONG flags) {
+    FakeCall call("CM_Get_DevNode_Status");
+    World& world = call.world();
+    const auto lock = world.Lock();
+    const std::wstring instanceId = InstanceIdOf(world, node);
+    call.Arguments({{"node", node}, {"device", instanceId.c_str()}, {"flags", flags}});
+    if (const auto error =
+            call.Refused({{status == nullptr || problem == nullptr, CR_INVALID_POINTER},
+                          {flags != 0, CR_INVALID_FLAG},
+                          {instanceId.empty(), CR_INVALID_DEVNODE}})) {
+        return call.ReturnsStatus(static_cast<CONFIGRET>(*error));
+    }
+    const Device* const device = FindDevice(world.machine, instanceId, node - 1);
+    if (device == nullptr || !device->present) {
+        return call.ReturnsStatus<CONFIGRET>(CR_NO_SUCH_DEVNODE);
+    }
+    if (device->statusResult != CR_SUCCESS) {
+        return call.ReturnsStatus(device->statusResult);
+    }
+    *status = device->status;
+    *problem = device->problem;
+    return call.ReturnsStatus<CONFIGRET>(CR_SUCCESS);
 }
 
 }  // namespace
@@ -165,6 +188,8 @@ void InstallSetupApiFakes(ImportRedirection& redirection) {
                                                          FakeSetupDiGetDeviceInstanceIdW),
         Replace<decltype(::SetupDiGetDevicePropertyW)>("SetupDiGetDevicePropertyW",
                                                        FakeSetupDiGetDevicePropertyW),
+        Replace<decltype(::CM_Get_DevNode_Status)>("CM_Get_DevNode_Status",
+                                                   FakeCM_Get_DevNode_Status),
     });
 }
 

@@ -17,10 +17,11 @@ BOOL WINAPI FakeSetupDiEnumDeviceInterfaces(HDEVINFO handle, SP_DEVINFO_DATA* de
     const auto lock = call.world().Lock();
     const DeviceSet* const set = FindSet(call.world(), handle);
     const SetDevice* const device = FindDevice(set, deviceData);
-    call.Arguments(
-        {{"set", handle}, {"device", device == nullptr ? nullptr : device->instanceId.c_str()}});
-    GuidArgument(call, "interfaceClass", interfaceClass);
-    call.Arguments({{"index", index}, {"structureSize", data == nullptr ? 0 : data->cbSize}});
+    call.Arguments({{"set", handle},
+                    {"device", device == nullptr ? nullptr : device->instanceId.c_str()},
+                    {"interfaceClass", interfaceClass},
+                    {"index", index},
+                    {"structureSize", data == nullptr ? 0 : data->cbSize}});
     if (const auto error = call.Refused(
             {{set == nullptr, ERROR_INVALID_HANDLE},
              {(deviceData != nullptr && device == nullptr) || interfaceClass == nullptr ||

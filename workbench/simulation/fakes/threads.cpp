@@ -39,13 +39,9 @@ void Remember(World& world, HANDLE thread) {
 HANDLE WINAPI FakeCreateThread(SECURITY_ATTRIBUTES* security, SIZE_T stackSize,
                                LPTHREAD_START_ROUTINE start, void* parameter, DWORD flags,
                                DWORD* threadId) {
-    FakeCall call("CreateThread");
-    call.Arguments({{"security", security},
-                    {"stackSize", stackSize},
-                    {"start", start},
-                    {"parameter", parameter},
-                    {"flags", flags},
-                    {"threadId", threadId}});
+    FakeCall call("CreateThread", Arg{"security", security}, Arg{"stackSize", stackSize},
+                  Arg{"start", start}, Arg{"parameter", parameter}, Arg{"flags", flags},
+                  Arg{"threadId", threadId});
     const HANDLE thread = call.FailsOrPassesTo(HANDLE{}, realCreateThread, security, stackSize,
                                                start, parameter, flags, threadId);
     if (thread != nullptr) {

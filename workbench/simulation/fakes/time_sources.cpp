@@ -6,11 +6,6 @@
 namespace simulation {
 namespace {
 
-using HundredNanoseconds = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
-
-// From 1601, where file times begin, to 1970.
-constexpr HundredNanoseconds kFileTimeOfUnixEpoch{116'444'736'000'000'000};
-
 decltype(::_time64)* realTime64 = nullptr;
 decltype(::GetSystemTimeAsFileTime)* realGetSystemTimeAsFileTime = nullptr;
 decltype(::QueryPerformanceCounter)* realQueryPerformanceCounter = nullptr;
@@ -23,28 +18,12 @@ __time64_t __cdecl FakeTime64(__time64_t* seconds) {
         }
         return call.Returns<__time64_t>(-1);
     }
-    const auto wall = call.world().clock.Wall();
-    if (!wall) {
-        return call.PassTo(realTime64, seconds);
-    }
-    const __time64_t now = std::chrono::floor<std::chrono::seconds>(*wall).count();
-    if (seconds != nullptr) {
-        *seconds = now;
-    }
-    return call.Returns(now);
+    return call.PassTo(realTime64, seconds);
 }
 
 void WINAPI FakeGetSystemTimeAsFileTime(FILETIME* fileTime) {
     FakeCall call("GetSystemTimeAsFileTime");
-    const auto wall = call.world().clock.Wall();
-    if (!wall) {
-        call.PassTo(realGetSystemTimeAsFileTime, fileTime);
-        return;
-    }
-    const auto ticks = static_cast<std::uint64_t>(
-        (std::chrono::floor<HundredNanoseconds>(*wall) + kFileTimeOfUnixEpoch).count());
-    fileTime->dwLowDateTime = static_cast<DWORD>(ticks & 0xFFFFFFFF);
-    fileTime->dwHighDateTime = static_cast<DWORD>(ticks >> 32);
+    call.PassTo(realGetSystemTimeAsFileTime, fileTime);
 }
 
 BOOL WINAPI FakeQueryPerformanceCounter(LARGE_INTEGER* count) {

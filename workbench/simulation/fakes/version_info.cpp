@@ -53,8 +53,7 @@ std::optional<VersionResource> FindResource(World& world, const wchar_t* path) {
 
 /// Plans: Fail returns 0, ShortSize the planned number.
 DWORD WINAPI FakeGetFileVersionInfoSizeW(const wchar_t* path, DWORD* handle) {
-    FakeCall call("GetFileVersionInfoSizeW");
-    call.Arguments({{"path", path}, {"handle", handle}});
+    FakeCall call("GetFileVersionInfoSizeW", Arg{"path", path}, Arg{"handle", handle});
     if (call.IsPlanned(FaultVariant::ShortSize)) {
         return call.Returns(call.PlannedFault()->error);
     }
@@ -75,23 +74,15 @@ DWORD WINAPI FakeGetFileVersionInfoSizeW(const wchar_t* path, DWORD* handle) {
 
 /// Plans: SuccessWithNothing leaves the block as it is.
 BOOL WINAPI FakeGetFileVersionInfoW(const wchar_t* path, DWORD handle, DWORD size, void* block) {
-    FakeCall call("GetFileVersionInfoW");
-    call.Arguments({{"path", path},
-                    {"handle", handle},
-                    {"size", size},
-                    {"block", static_cast<const void*>(block)}});
+    FakeCall call("GetFileVersionInfoW", Arg{"path", path}, Arg{"handle", handle},
+                  Arg{"size", size}, Arg{"block", static_cast<const void*>(block)});
     if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         return call.Returns(TRUE);
     }
-    if (call.PlannedFault()) {
-        return call.Fails(FALSE);
-    }
     const std::optional<VersionResource> resource = FindResource(call.world(), path);
-    if (!resource) {
-        return call.Fails(FALSE, ERROR_FILE_NOT_FOUND);
-    }
-    if (block == nullptr) {
-        return call.Fails(FALSE, ERROR_INVALID_DATA);
+    if (const auto error = call.Refused(
+            {{!resource, ERROR_FILE_NOT_FOUND}, {block == nullptr, ERROR_INVALID_DATA}})) {
+        return call.Fails(FALSE, *error);
     }
     // A block that is too small gets what fits.
     std::memcpy(block, &*resource, std::min<std::size_t>(size, sizeof(*resource)));
@@ -102,8 +93,7 @@ BOOL WINAPI FakeGetFileVersionInfoW(const wchar_t* path, DWORD handle, DWORD siz
 /// and a length of 0 and of the planned number.
 BOOL WINAPI FakeVerQueryValueW(const void* block, const wchar_t* subBlock, void** value,
                                UINT* length) {
-    FakeCall call("VerQueryValueW");
-    call.Arguments({{"block", block}, {"subBlock", subBlock}});
+    FakeCall call("VerQueryValueW", Arg{"block", block}, Arg{"subBlock", subBlock});
     const std::optional<Fault> planned = call.PlannedFault();
     if (planned && planned->variant == FaultVariant::Fail) {
         return call.Fails(FALSE);

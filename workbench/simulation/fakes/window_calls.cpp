@@ -1,4 +1,6 @@
 #include <windows.h>
+// windows.h has to come first.
+#include <dbt.h>
 
 #include <map>
 
@@ -22,32 +24,21 @@ decltype(::DefWindowProcW)* realDefWindowProcW = nullptr;
 decltype(::GetMessageW)* realGetMessageW = nullptr;
 decltype(::PostMessageW)* realPostMessageW = nullptr;
 decltype(::PostQuitMessage)* realPostQuitMessage = nullptr;
+decltype(::RegisterDeviceNotificationW)* realRegisterDeviceNotificationW = nullptr;
+decltype(::UnregisterDeviceNotification)* realUnregisterDeviceNotification = nullptr;
 
 const void* AtomValue(ATOM atom) {
     return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(atom));
 }
 
-/// A class is named by a text or by its atom.
-void ClassArgument(FakeCall& call, const wchar_t* className) {
-    if (IS_INTRESOURCE(className)) {
-        call.Argument("className", static_cast<const void*>(className));
-    } else {
-        call.Argument("className", className);
-    }
-}
-
 ATOM WINAPI FakeRegisterClassW(const WNDCLASSW* windowClass) {
-    FakeCall call("RegisterClassW");
-    call.Arguments({{"style", windowClass->style},
-                    {"procedure", windowClass->lpfnWndProc},
-                    {"classBytes", windowClass->cbClsExtra},
-                    {"windowBytes", windowClass->cbWndExtra},
-                    {"instance", windowClass->hInstance},
-                    {"icon", windowClass->hIcon},
-                    {"cursor", windowClass->hCursor},
-                    {"background", windowClass->hbrBackground},
-                    {"menuName", static_cast<const void*>(windowClass->lpszMenuName)}});
-    ClassArgument(call, windowClass->lpszClassName);
+    FakeCall call(
+        "RegisterClassW", Arg{"style", windowClass->style},
+        Arg{"procedure", windowClass->lpfnWndProc}, Arg{"classBytes", windowClass->cbClsExtra},
+        Arg{"windowBytes", windowClass->cbWndExtra}, Arg{"instance", windowClass->hInstance},
+        Arg{"icon", windowClass->hIcon}, Arg{"cursor", windowClass->hCursor},
+        Arg{"background", windowClass->hbrBackground}, Arg{"menuName", windowClass->lpszMenuName},
+        Arg{"className", windowClass->lpszClassName});
     const ATOM atom = call.FailsOrPassesTo(ATOM{}, realRegisterClassW, windowClass);
     if (atom != 0 && !IS_INTRESOURCE(windowClass->lpszClassName)) {
         World& world = call.world();
@@ -60,9 +51,7 @@ ATOM WINAPI FakeRegisterClassW(const WNDCLASSW* windowClass) {
 }
 
 BOOL WINAPI FakeUnregisterClassW(const wchar_t* className, HINSTANCE instance) {
-    FakeCall call("UnregisterClassW");
-    ClassArgument(call, className);
-    call.Argument("instance", instance);
+    FakeCall call("UnregisterClassW", Arg{"className", className}, Arg{"instance", instance});
     const BOOL unregistered =
         call.FailsOrPassesTo(FALSE, realUnregisterClassW, className, instance);
     if (unregistered != FALSE) {
@@ -80,15 +69,9 @@ BOOL WINAPI FakeUnregisterClassW(const wchar_t* className, HINSTANCE instance) {
 HWND WINAPI FakeCreateWindowExW(DWORD extendedStyle, const wchar_t* className, const wchar_t* title,
                                 DWORD style, int x, int y, int width, int height, HWND parent,
                                 HMENU menu, HINSTANCE instance, void* parameter) {
-    FakeCall call("CreateWindowExW");
-    call.Argument("extendedStyle", extendedStyle);
-    ClassArgument(call, className);
-    call.Arguments({{"title", title},
-                    {"style", style},
-                    {"x", x},
-                    {"y", y},
-                    {"width", width},
-                    {"height", height}});
+    FakeCall call("CreateWindowExW", Arg{"extendedStyle", extendedStyle},
+                  Arg{"className", className}, Arg{"title", title}, Arg{"style", style},
+                  Arg{"x", x}, Arg{"y", y}, Arg{"width", width}, Arg{"height", height});
     if (parent == HWND_MESSAGE) {
         call.Argument("parent", "HWND_MESSAGE");
     } else {
@@ -107,14 +90,11 @@ HWND WINAPI FakeCreateWindowExW(DWORD extendedStyle, const wchar_t* className, c
 
 /// A window may end in two ways: its procedure hands on the last message, or DestroyWindow returns.
 void ReleaseWindow(World& world, HWND window) {
-    if (world.ledger.IsOpen(ResourceKind::Window, window)) {
-        world.ledger.Release(ResourceKind::Window, window);
-    }
+    world.ledger.ReleaseIfOpen(ResourceKind::Window, window);
 }
 
 BOOL WINAPI FakeDestroyWindow(HWND window) {
-    FakeCall call("DestroyWindow");
-    call.Argument("window", window);
+    FakeCall call("DestroyWindow", Arg{"window", window});
     const BOOL destroyed = call.FailsOrPassesTo(FALSE, realDestroyWindow, window);
     if (destroyed != FALSE) {
         ReleaseWindow(call.world(), window);
@@ -140,8 +120,7 @@ LRESULT WINAPI FakeDefWindowProcW(HWND window, UINT message, WPARAM wParam, LPAR
 /// Plans: Fail returns -1 and leaves the message as it is. SuccessWithNothing hands out a message
 /// that nobody sent, to no window; its number is the planned one.
 BOOL WINAPI FakeGetMessageW(MSG* message, HWND window, UINT first, UINT last) {
-    FakeCall call("GetMessageW");
-    call.Arguments({{"window", window}, {"first", first}, {"last", last}});
+    FakeCall call("GetMessageW", Arg{"window", window}, Arg{"first", first}, Arg{"last", last});
     if (call.IsPlanned(FaultVariant::SuccessWithNothing)) {
         *message = {};
         message->message = call.PlannedFault()->error;
@@ -170,9 +149,34 @@ BOOL WINAPI FakePostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lP
 }
 
 void WINAPI FakePostQuitMessage(int exitCode) {
-    FakeCall call("PostQuitMessage");
-    call.Argument("exitCode", exitCode);
+    FakeCall call("PostQuitMessage", Arg{"exitCode", exitCode});
     call.PassTo(realPostQuitMessage, exitCode);
+}
+
+HDEVNOTIFY WINAPI FakeRegisterDeviceNotificationW(HANDLE recipient, void* filter, DWORD flags) {
+    FakeCall call("RegisterDeviceNotificationW", Arg{"recipient", recipient});
+    const auto* header = static_cast<const DEV_BROADCAST_HDR*>(filter);
+    call.Arguments({{"filterSize", header->dbch_size}, {"deviceType", header->dbch_devicetype}});
+    if (header->dbch_devicetype == DBT_DEVTYP_DEVICEINTERFACE) {
+        call.Argument("interfaceClass",
+                      static_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(filter)->dbcc_classguid);
+    }
+    call.Argument("flags", flags);
+    const HDEVNOTIFY notification = call.FailsOrPassesTo(
+        HDEVNOTIFY{}, realRegisterDeviceNotificationW, recipient, filter, flags);
+    if (notification != nullptr) {
+        call.world().ledger.Adopt(ResourceKind::Notification, notification);
+    }
+    return notification;
+}
+
+BOOL WINAPI FakeUnregisterDeviceNotification(HDEVNOTIFY notification) {
+    FakeCall call("UnregisterDeviceNotification", Arg{"notification", notification});
+    if (call.PlannedFault()) {
+        return call.Fails(FALSE);
+    }
+    call.world().ledger.Release(ResourceKind::Notification, notification);
+    return call.PassTo(realUnregisterDeviceNotification, notification);
 }
 
 }  // namespace
@@ -187,6 +191,10 @@ void InstallWindowFakes(ImportRedirection& redirection) {
         {"GetMessageW", FakeGetMessageW, &realGetMessageW},
         {"PostMessageW", FakePostMessageW, &realPostMessageW},
         {"PostQuitMessage", FakePostQuitMessage, &realPostQuitMessage},
+        {"RegisterDeviceNotificationW", FakeRegisterDeviceNotificationW,
+         &realRegisterDeviceNotificationW},
+        {"UnregisterDeviceNotification", FakeUnregisterDeviceNotification,
+         &realUnregisterDeviceNotification},
     });
 }
 

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cstdio>
-#include <set>
+#include <cwctype>
 
+#include "simulation/call_text.h"
 #include "simulation/loader/section_readers.h"
 #include "simulation/well_known.h"
 
@@ -73,13 +75,25 @@ nlohmann::json WithNumber(const JsonNode& node, unsigned number) {
     return result;
 }
 
+/// The path under which the system offers an interface.
+std::wstring InterfacePath(const Device& device, const GUID& interfaceClass) {
+    std::wstring path = device.instanceId + L"#" + FromUtf8(GuidText(interfaceClass));
+    std::replace(path.begin(), path.end(), L'\\', L'#');
+    std::transform(path.begin(), path.end(), path.begin(), towlower);
+    return L"\\\\?\\" + path;
+}
+
 /// A list of devices, growing; no two of them may have the same id.
 class DeviceList {
 public:
     void Add(const JsonNode& node) {
         Device device;
         Read(node, device);
-        if (!ids.insert(device.instanceId).second) {
+        AddWhatTheSystemSays(device);
+        const DeviceProperty* const container = FindProperty(device.properties, kContainerIdKey);
+        const auto idAsParent = DeviceProperty::String(kParentKey, device.instanceId).bytes;
+        if (!containers.emplace(idAsParent, container == nullptr ? DeviceProperty() : *container)
+                 .second) {
             node.Fail("a device with the same \"id\" comes before");
         }
         devices.push_back(std::move(device));
@@ -101,7 +115,30 @@ public:
     std::vector<Device> devices;
 
 private:
-    std::set<std::wstring> ids;
+    /// What a file need not say: the name is the friendly name or else the description, and the
+    /// container is the parent's, unless the file has null for them.
+    void AddWhatTheSystemSays(Device& device) const {
+        std::vector<DeviceProperty>& properties = device.properties;
+        const auto add = [&](const DEVPROPKEY& key, const DeviceProperty* source) {
+            if (source != nullptr && FindProperty(properties, key) == nullptr) {
+                properties.push_back(DeviceProperty::Raw(key, source->type, source->bytes));
+            }
+        };
+        const DeviceProperty* const friendlyName = FindProperty(properties, kFriendlyNameKey);
+        add(kNameKey,
+            friendlyName != nullptr ? friendlyName : FindProperty(properties, kDeviceDescKey));
+        const DeviceProperty* const parent = FindProperty(properties, kParentKey);
+        const auto listed = parent == nullptr ? containers.end() : containers.find(parent->bytes);
+        add(kContainerIdKey, listed == containers.end() ? nullptr : &listed->second);
+        const auto isAbsent = [](const DeviceProperty& property) {
+            return property.type == DEVPROP_TYPE_EMPTY;
+        };
+        properties.erase(std::remove_if(properties.begin(), properties.end(), isAbsent),
+                         properties.end());
+    }
+
+    /// The container of each device, by its id as its children name it.
+    std::map<std::vector<BYTE>, DeviceProperty> containers;
 };
 
 }  // namespace
@@ -116,9 +153,8 @@ void Read(const JsonNode& node, DeviceInterface& result) {
     const auto readClass = [&](const JsonNode& member) {
         ReadInterfaceClass(member, result.interfaceClass);
     };
-    node.ReadObject({{"class", readClass, kRequired},
-                     {"path", Into(result.path), kRequired},
-                     {"hid", Into(result.hid)}});
+    node.ReadObject(
+        {{"class", readClass, kRequired}, {"path", Into(result.path)}, {"hid", Into(result.hid)}});
 }
 
 void Read(const JsonNode& node, Device& device) {
@@ -131,6 +167,11 @@ void Read(const JsonNode& node, Device& device) {
                      {"statusResult", Into(device.statusResult)},
                      {"properties", Into(device.properties)},
                      {"interfaces", Into(device.interfaces)}});
+    for (DeviceInterface& offered : device.interfaces) {
+        if (offered.path.empty()) {
+            offered.path = InterfacePath(device, offered.interfaceClass);
+        }
+    }
 }
 
 void Read(const JsonNode& list, std::vector<Device>& devices) {

@@ -19,32 +19,11 @@ std::string Found(const nlohmann::json& value) {
     return text.size() <= kEnoughToRecognise ? text : text.substr(0, kEnoughToRecognise) + "...";
 }
 
-/// A key as a part of a JSON pointer.
-std::string Escaped(std::string_view key) {
-    std::string result;
-    for (const char letter : key) {
-        if (letter == '~') {
-            result += "~0";
-        } else if (letter == '/') {
-            result += "~1";
-        } else {
-            result += letter;
-        }
-    }
-    return result;
-}
-
-int HexDigit(char digit) {
-    constexpr std::string_view kDigits = "0123456789ABCDEFabcdef";
-    const std::size_t found = kDigits.find(digit);
-    return found == std::string_view::npos ? -1 : static_cast<int>(found < 16 ? found : found - 6);
-}
-
 }  // namespace
 
 void JsonNode::Fail(const std::string& complaint) const {
-    throw MachineFileError(file + ": " + (pointer.empty() ? "the document" : pointer) + ": " +
-                           complaint);
+    throw MachineFileError(file + ": " + (pointer.empty() ? "the document" : pointer.to_string()) +
+                           ": " + complaint);
 }
 
 void JsonNode::FailExpecting(const std::string& expected) const {
@@ -114,13 +93,13 @@ std::vector<BYTE> JsonNode::HexLine() const {
             ++i;
             continue;
         }
-        const int high = HexDigit(text[i]);
-        const int low = i + 1 < text.size() ? HexDigit(text[i + 1]) : -1;
-        if (high < 0 || low < 0) {
-            Fail("expected pairs of hex digits, found \"" + text.substr(i, 2) + "\" at character " +
+        const std::string pair = text.substr(i, 2);
+        if (pair.size() != 2 ||
+            pair.find_first_not_of("0123456789ABCDEFabcdef") != std::string::npos) {
+            Fail("expected pairs of hex digits, found \"" + pair + "\" at character " +
                  std::to_string(i + 1));
         }
-        bytes.push_back(static_cast<BYTE>(high * 16 + low));
+        bytes.push_back(static_cast<BYTE>(std::stoi(pair, nullptr, 16)));
         i += 2;
     }
     return bytes;
@@ -166,8 +145,8 @@ std::vector<std::pair<std::string, JsonNode>> JsonNode::Members() const {
     return members;
 }
 
-JsonNode JsonNode::Child(std::string_view key, const nlohmann::json& child) const {
-    return {child, pointer + "/" + Escaped(key), file};
+JsonNode JsonNode::Child(const std::string& key, const nlohmann::json& child) const {
+    return {child, pointer / key, file};
 }
 
 void JsonNode::ReadObject(const std::vector<Member>& members) const {

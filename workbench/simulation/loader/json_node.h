@@ -27,8 +27,9 @@ public:
         bool required = false;
     };
 
-    JsonNode(const nlohmann::json& jsonValue, std::string jsonPointer, std::string fileName)
-        : value(&jsonValue), pointer(std::move(jsonPointer)), file(std::move(fileName)) {}
+    /// A whole document.
+    JsonNode(const nlohmann::json& document, std::string fileName)
+        : value(&document), file(std::move(fileName)) {}
 
     [[noreturn]] void Fail(const std::string& complaint) const;
     /// "expected ..., found ..."
@@ -85,13 +86,17 @@ public:
     JsonNode WithValue(const nlohmann::json& other) const { return {other, pointer, file}; }
 
 private:
-    JsonNode Child(std::string_view key, const nlohmann::json& child) const;
+    JsonNode(const nlohmann::json& jsonValue, nlohmann::json::json_pointer place,
+             std::string fileName)
+        : value(&jsonValue), pointer(std::move(place)), file(std::move(fileName)) {}
+
+    JsonNode Child(const std::string& key, const nlohmann::json& child) const;
     std::int64_t Signed(std::int64_t least, std::int64_t most) const;
     std::uint64_t Unsigned(std::uint64_t most) const;
     std::vector<BYTE> HexLine() const;
 
     const nlohmann::json* value;
-    std::string pointer;
+    nlohmann::json::json_pointer pointer;
     std::string file;
 };
 

@@ -58,6 +58,9 @@ DeviceProperty ReadTyped(const JsonNode& node, const DEVPROPKEY& key) {
 }
 
 DeviceProperty ReadOfType(const JsonNode& node, const NamedPropertyKey& known) {
+    if (node.IsNull()) {
+        return {known.key, DEVPROP_TYPE_EMPTY, {}};
+    }
     switch (known.type) {
         case DEVPROP_TYPE_GUID:
             return DeviceProperty::Guid(known.key, node.Guid());

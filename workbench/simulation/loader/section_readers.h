@@ -16,7 +16,7 @@ void Read(const JsonNode& list, std::vector<Device>& devices);
 void Read(const JsonNode& node, Device& device);
 void Read(const JsonNode& node, DeviceInterface& result);
 void Read(const JsonNode& node, HidAnswers& hid);
-/// The members of a device's "properties".
+/// The members of a device's "properties". One that is null has no type.
 void Read(const JsonNode& members, std::vector<DeviceProperty>& properties);
 
 void Read(const JsonNode& node, Printer& printer);
@@ -32,7 +32,6 @@ void Read(const JsonNode& node, Firmware& firmware);
 void Read(const JsonNode& node, Suite& suite);
 void Read(const JsonNode& node, EcLogAnswer& answer);
 void Read(const JsonNode& node, RegistryPreset& preset);
-void Read(const JsonNode& node, Clocks& clocks);
 void Read(const JsonNode& node, std::map<std::wstring, FileVersion>& versions);
 
 }  // namespace simulation

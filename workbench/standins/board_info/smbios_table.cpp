@@ -1,6 +1,7 @@
 #include "standins/board_info/smbios_table.h"
 
 #include <algorithm>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -97,21 +98,18 @@ std::string_view Structures(const std::uint8_t* data, std::size_t size) {
 
 SmBiosTexts ParseSmBios(const std::uint8_t* data, std::size_t size) {
     SmBiosTexts texts;
-    bool biosSeen = false;
-    bool baseboardSeen = false;
-    bool oemStringsSeen = false;
-
+    std::set<std::uint8_t> seen;  // Only the first structure of a type counts.
     std::string_view table = Structures(data, size);
     Structure structure;
     while (TakeStructure(table, structure) && structure.Type() != kEndOfTable) {
-        if (structure.Type() == kBios && !biosSeen) {
-            biosSeen = true;
+        if (!seen.insert(structure.Type()).second) {
+            continue;
+        }
+        if (structure.Type() == kBios) {
             texts.biosVersion = structure.TextNamedAt(kBiosVersionOffset);
-        } else if (structure.Type() == kBaseboard && !baseboardSeen) {
-            baseboardSeen = true;
+        } else if (structure.Type() == kBaseboard) {
             texts.boardProduct = structure.TextNamedAt(kBaseboardProductOffset);
-        } else if (structure.Type() == kOemStrings && !oemStringsSeen) {
-            oemStringsSeen = true;
+        } else if (structure.Type() == kOemStrings) {
             texts.oemProduct = structure.Text(kOemProductNumber);
         }
     }

@@ -1,6 +1,7 @@
 #include "standins/common/text_output.h"
 
 #include <string>
+#include <utility>
 
 #include "common/text.h"
 
@@ -30,31 +31,21 @@ void WriteStandardLine(DWORD stream, std::wstring_view line) {
     WriteConsoleW(output, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
 }
 
-LineFile::~LineFile() { Close(); }
-
 DWORD LineFile::Open(const wchar_t* path) {
-    const HANDLE opened =
+    workbench::ScopedFile opened(
         CreateFileW(path, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                     /*lpSecurityAttributes=*/nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                    /*hTemplateFile=*/nullptr);
-    if (opened == INVALID_HANDLE_VALUE) {
+                    /*hTemplateFile=*/nullptr));
+    if (!opened) {
         return GetLastError();
     }
-    Close();
-    file = opened;
+    file = std::move(opened);
     return ERROR_SUCCESS;
 }
 
-void LineFile::Close() {
-    if (file != INVALID_HANDLE_VALUE) {
-        CloseHandle(file);
-        file = INVALID_HANDLE_VALUE;
-    }
-}
-
 void LineFile::Write(std::string_view line) {
-    if (file != INVALID_HANDLE_VALUE) {
-        WriteLine(file, line);
+    if (file) {
+        WriteLine(file.Get(), line);
     }
 }
 

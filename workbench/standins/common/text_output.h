@@ -5,6 +5,8 @@
 
 #include <string_view>
 
+#include "common/scoped_file.h"
+
 namespace standins {
 
 /// Writes the line and a line feed to STD_OUTPUT_HANDLE or STD_ERROR_HANDLE: as UTF-8, or as wide
@@ -16,22 +18,17 @@ void WriteStandardLine(DWORD stream, std::wstring_view line);
 /// meanwhile. Not safe for several threads at once.
 class LineFile {
 public:
-    LineFile() = default;
-    ~LineFile();
-    LineFile(const LineFile&) = delete;
-    LineFile& operator=(const LineFile&) = delete;
-
     /// Opens the file, creating it if it does not exist, and closes the previous one. Returns 0, or
     /// the Win32 error code, and then keeps the previous file.
     DWORD Open(const wchar_t* path);
-    void Close();
-    bool IsOpen() const { return file != INVALID_HANDLE_VALUE; }
+    void Close() { file.Reset(); }
+    bool IsOpen() const { return static_cast<bool>(file); }
 
     /// Appends the bytes and a line feed; does nothing while no file is open.
     void Write(std::string_view line);
 
 private:
-    HANDLE file = INVALID_HANDLE_VALUE;
+    workbench::ScopedFile file;
 };
 
 }  // namespace standins

@@ -20,8 +20,6 @@ struct Edition {
     int queryResult = 0;
     bool shelfPresent = true;
     bool shelfSupports = true;
-    std::string propertyName = "VRLoginGuide";
-    std::string propertyValue = "china";
 };
 
 struct State {
@@ -69,8 +67,8 @@ bool ZedSoftShelf::IsSupportProperty(const std::string& propertyName,
                                      const std::string& propertyValue) const {
     Observe("ZedSoftShelf::IsSupportProperty", propertyName.c_str(), propertyValue.c_str());
     const ExclusiveLock exclusive(state.lock);
-    return state.edition.shelfSupports && propertyName == state.edition.propertyName &&
-           propertyValue == state.edition.propertyValue;
+    return state.edition.shelfSupports && propertyName == "VRLoginGuide" &&
+           propertyValue == "china";
 }
 
 void EditionAdapt_SetFeature(const char* name, int value) {
@@ -92,12 +90,6 @@ void EditionAdapt_SetShelf(int present, int supported) {
     const ExclusiveLock exclusive(state.lock);
     state.edition.shelfPresent = present != 0;
     state.edition.shelfSupports = supported != 0;
-}
-
-void EditionAdapt_SetShelfProperty(const char* name, const char* value) {
-    const ExclusiveLock exclusive(state.lock);
-    state.edition.propertyName = name;
-    state.edition.propertyValue = value;
 }
 
 void EditionAdapt_SetObserver(EditionAdaptObserver observer, void* context) {

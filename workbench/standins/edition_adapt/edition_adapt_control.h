@@ -21,11 +21,9 @@ EDITION_ADAPT_API void EditionAdapt_ClearFeatures(void);
 EDITION_ADAPT_API void EditionAdapt_SetQueryResult(int result);
 
 /// Whether the suite's shelf is installed (0 makes ZedSoftShelf::GetInstance return null), and
-/// whether it supports its property (0 makes it support none). Both are 1 by default.
+/// whether it supports its one property, "VRLoginGuide" with value "china" (0 makes it support
+/// none). Both are 1 by default.
 EDITION_ADAPT_API void EditionAdapt_SetShelf(int present, int supported);
-
-/// The one property that the shelf supports; "VRLoginGuide" with value "china" by default.
-EDITION_ADAPT_API void EditionAdapt_SetShelfProperty(const char* name, const char* value);
 
 /// Null removes it. After the return the previous one is not called any more.
 EDITION_ADAPT_API void EditionAdapt_SetObserver(EditionAdaptObserver observer, void* context);

@@ -2,6 +2,7 @@
 
 #include "standins/common/callback_slot.h"
 #include "standins/file_kit/file_kit_control.h"
+#include "util/scoped_handle.h"
 
 namespace {
 
@@ -10,33 +11,12 @@ standins::CallbackSlot<FileKitInterceptor> interceptor;
 // The registry: 32-bit integers as REG_DWORD, 64-bit integers as REG_QWORD. These functions return
 // 0 or the Win32 error code and have closed what they opened.
 
-/// An opened key, closed on every path.
-class RegistryKey {
-public:
-    RegistryKey() = default;
-    ~RegistryKey() {
-        if (key != nullptr) {
-            RegCloseKey(key);
-        }
-    }
-    RegistryKey(const RegistryKey&) = delete;
-    RegistryKey& operator=(const RegistryKey&) = delete;
-
-    LSTATUS Open(HKEY root, const wchar_t* subKey, REGSAM access) {
-        return RegOpenKeyExW(root, subKey, /*ulOptions=*/0, access, &key);
-    }
-
-    LSTATUS Create(HKEY root, const wchar_t* subKey, REGSAM access) {
-        return RegCreateKeyExW(root, subKey, /*Reserved=*/0, /*lpClass=*/nullptr,
-                               REG_OPTION_NON_VOLATILE, access, /*lpSecurityAttributes=*/nullptr,
-                               &key, /*lpdwDisposition=*/nullptr);
-    }
-
-    HKEY Get() const { return key; }
-
-private:
-    HKEY key = nullptr;
+struct KeyTraits {
+    using Type = HKEY;
+    static Type Invalid() noexcept { return nullptr; }
+    static void Close(Type key) noexcept { RegCloseKey(key); }
 };
+using ScopedKey = ScopedHandle<KeyTraits>;
 
 /// How an integer of this size is stored.
 constexpr DWORD TypeFor(std::int32_t) { return REG_DWORD; }
@@ -47,11 +27,12 @@ constexpr DWORD TypeFor(std::int64_t) { return REG_QWORD; }
 template <typename Integer>
 LSTATUS ReadInteger(HKEY root, const wchar_t* subKey, const wchar_t* valueName, REGSAM access,
                     Integer& value) {
-    RegistryKey key;
-    LSTATUS status = key.Open(root, subKey, access);
+    HKEY opened = nullptr;
+    LSTATUS status = RegOpenKeyExW(root, subKey, /*ulOptions=*/0, access, &opened);
     if (status != ERROR_SUCCESS) {
         return status;
     }
+    const ScopedKey key(opened);
     Integer stored = 0;
     DWORD type = REG_NONE;
     DWORD size = sizeof(stored);
@@ -72,19 +53,16 @@ LSTATUS ReadInteger(HKEY root, const wchar_t* subKey, const wchar_t* valueName, 
 template <typename Integer>
 LSTATUS WriteInteger(HKEY root, const wchar_t* subKey, const wchar_t* valueName, REGSAM access,
                      Integer value) {
-    RegistryKey key;
-    const LSTATUS status = key.Create(root, subKey, access);
+    HKEY opened = nullptr;
+    const LSTATUS status = RegCreateKeyExW(
+        root, subKey, /*Reserved=*/0, /*lpClass=*/nullptr, REG_OPTION_NON_VOLATILE, access,
+        /*lpSecurityAttributes=*/nullptr, &opened, /*lpdwDisposition=*/nullptr);
     if (status != ERROR_SUCCESS) {
         return status;
     }
+    const ScopedKey key(opened);
     return RegSetValueExW(key.Get(), valueName, /*Reserved=*/0, TypeFor(value),
                           reinterpret_cast<const BYTE*>(&value), sizeof(value));
-}
-
-/// Success when the key can be opened.
-LSTATUS FindKey(HKEY root, const wchar_t* subKey, REGSAM access) {
-    RegistryKey key;
-    return key.Open(root, subKey, access);
 }
 
 /// Lets the interceptor answer, else `askRegistry`. Turns the status into result and last error;
@@ -152,8 +130,13 @@ void Registry::SetRootKey(HKEY rootKey) { root = rootKey; }
 
 bool Registry::KeyExists(const std::wstring& subKey) const {
     long long unused = 0;
-    return Answer(FILE_KIT_KEY_EXISTS, root, subKey, /*valueName=*/nullptr, KEY_READ, unused,
-                  [&] { return FindKey(root, subKey.c_str(), KEY_READ); });
+    return Answer(FILE_KIT_KEY_EXISTS, root, subKey, /*valueName=*/nullptr, KEY_READ, unused, [&] {
+        HKEY opened = nullptr;
+        const LSTATUS status =
+            RegOpenKeyExW(root, subKey.c_str(), /*ulOptions=*/0, KEY_READ, &opened);
+        const ScopedKey key(status == ERROR_SUCCESS ? opened : nullptr);
+        return status;
+    });
 }
 
 bool Registry::GetValue(HKEY rootKey, const std::wstring& subKey, const std::wstring& valueName,

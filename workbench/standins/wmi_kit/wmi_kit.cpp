@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <vector>
 
@@ -33,7 +34,7 @@ struct Answer {
 struct State {
     SRWLOCK lock = SRWLOCK_INIT;
     Answer answer;
-    int startResult = kSuccess;
+    std::atomic<int> startResult{kSuccess};
     standins::CallbackSlot<WmiKitObserver> observer;
     standins::FirmwareEvents events;
 };
@@ -57,11 +58,6 @@ void ObserveRequest(const VrSDK::WmiInputParams& input) {
 Answer CurrentAnswer() {
     const ExclusiveLock exclusive(state.lock);
     return state.answer;
-}
-
-int CurrentStartResult() {
-    const ExclusiveLock exclusive(state.lock);
-    return state.startResult;
 }
 
 void SetAnswer(Answer answer) {
@@ -88,8 +84,7 @@ BiosEventMonitor::~BiosEventMonitor() { state.events.Unsubscribe(&subscriber); }
 
 int BiosEventMonitor::StartEventMonitor(BiosEventCallback callback) {
     Observe("StartEventMonitor");
-    const int result = CurrentStartResult();
-    if (result != kSuccess) {
+    if (const int result = state.startResult; result != kSuccess) {
         return result;
     }
     if (callback == nullptr || !state.events.Subscribe(&subscriber, callback)) {
@@ -111,10 +106,7 @@ void WmiKit_SetAnswer(int result, unsigned char status, unsigned char dataSize,
     SetAnswer({result, status, dataSize, std::vector<std::uint8_t>(data, data + taken)});
 }
 
-void WmiKit_SetStartResult(int result) {
-    const ExclusiveLock exclusive(state.lock);
-    state.startResult = result;
-}
+void WmiKit_SetStartResult(int result) { state.startResult = result; }
 
 int WmiKit_FireFirmwareEvent(unsigned int code) { return state.events.Deliver(code) > 0 ? 1 : 0; }
 

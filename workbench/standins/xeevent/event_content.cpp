@@ -8,11 +8,10 @@
 #include "common/text.h"
 
 namespace standins {
-namespace {
 
-/// Texts from the firmware arrive in the ANSI code page, the device lists in UTF-8; JSON takes only
-/// the latter.
-std::string AsUtf8(const std::string& bytes) { return workbench::ToUtf8(workbench::ToWide(bytes)); }
+using workbench::AsUtf8;
+
+namespace {
 
 std::string UtcNow() {
     SYSTEMTIME now = {};

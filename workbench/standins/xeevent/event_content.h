@@ -7,14 +7,9 @@
 
 #include "platform/xeevent.h"
 
-struct XeEvent::Content {
-    int id = 0;
-    /// In the order in which they were put; keys may repeat.
-    std::vector<std::pair<std::string, std::string>> fields;
-};
-
 namespace standins {
 
+/// In the order in which they were put; keys may repeat.
 using EventFields = std::vector<std::pair<std::string, std::string>>;
 
 /// One sentence, in UTF-8, for each published limit that the event exceeds.
@@ -24,3 +19,8 @@ std::vector<std::string> ExceededLimits(int id, const EventFields& fields);
 std::string EventRecord(int id, const EventFields& fields);
 
 }  // namespace standins
+
+struct XeEvent::Content {
+    int id = 0;
+    standins::EventFields fields;
+};

@@ -22,6 +22,12 @@ function element(tag, attributes = {}, ...children) {
     return made;
 }
 
+function button(attributes, act, ...children) {
+    const made = element('button', { type: 'button', ...attributes }, ...children);
+    made.addEventListener('click', act);
+    return made;
+}
+
 function replaceContent(parent, ...children) {
     parent.replaceChildren(...flattened(children));
 }

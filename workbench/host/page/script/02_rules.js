@@ -18,7 +18,6 @@ const RULES = new Map([
         when: 'Looked at when the plug-in starts and every 12 hours.',
         gates: ['At least 72 hours have passed since the last one. Its time is kept in the registry, so a restart does not shorten the wait.',
             'The firmware\u2019s table could be read.'],
-        consent: NO_CONSENT,
         masked: ['Nothing is masked: the three texts are sent as the firmware holds them, whole. Letters that the system\u2019s ANSI code page lacks are replaced.'],
         never: ['Serial numbers and other texts of the firmware\u2019s table are not asked for.'],
     }],
@@ -32,7 +31,6 @@ const RULES = new Map([
         when: 'Looked at when the plug-in starts and every 24 hours.',
         gates: ['The account that is found for the console\u2019s user has settings of the component.',
             'Both switches could be read there.'],
-        consent: NO_CONSENT,
         masked: ['Which of the two switches is on is not told apart.'],
         never: ['The account\u2019s name and identifier serve to find the settings and are not sent.'],
     }],
@@ -44,9 +42,7 @@ const RULES = new Map([
         when: 'When the firmware raises its event 675, each time anew, without a limit.',
         gates: ['The firmware raised event 675 while the plug-in was listening.',
             'The log could be read: both the call and the firmware answered 0.'],
-        consent: NO_CONSENT,
         masked: ['Nothing is masked or cut: all 253 bytes are sent, whatever number of them the firmware says are in use. What they mean only the maker of the firmware knows.'],
-        never: [],
     }],
     [DEVICE_LIST, {
         name: 'Device list',
@@ -76,30 +72,27 @@ const UNKNOWN = {
     name: 'Unknown event',
     short: 'Unknown',
     colour: 'unknown',
-    sends: [],
     when: 'No report of the plug-in has this number.',
-    gates: [],
     consent: 'Nothing is known of its conditions.',
-    masked: [],
-    never: [],
 };
 
 const ruleOf = (id) => RULES.get(id) || UNKNOWN;
 const kindOf = (id) => (RULES.has(id) ? id : 0);
 const KINDS = [...RULES.keys(), 0];
-const ruleOfKind = (kind) => ruleOf(kind);
+
+/** A list under its title; null when there is none. */
+const titledList = (title, texts, className = null) => (texts ? [element('h4', {}, title),
+    element('ul', { class: className }, texts.map((text) => element('li', {}, text)))] : null);
 
 function ruleCard(rule, id) {
-    const part = (title, texts) => (texts.length === 0 ? null : [element('h4', {}, title),
-        element('ul', {}, texts.map((text) => element('li', {}, text)))]);
     return element('article', { class: `rule ${rule.colour}` },
         element('h3', {}, rule.name, ' ', element('small', {}, `event ${id}`)),
-        element('p', { class: rule.colour === 'devices' ? 'consent asked' : 'consent' }, rule.consent),
-        part('What is sent', rule.sends),
+        element('p', { class: rule.consent ? 'consent asked' : 'consent' }, rule.consent || NO_CONSENT),
+        titledList('What is sent', rule.sends),
         element('h4', {}, 'When'), element('p', {}, rule.when),
-        part('What lets it out; all of it must hold', rule.gates),
-        part('Masked or cut', rule.masked),
-        part('Kept here', rule.never));
+        titledList('What lets it out; all of it must hold', rule.gates),
+        titledList('Masked or cut', rule.masked),
+        titledList('Kept here', rule.never));
 }
 
 function showRules() {

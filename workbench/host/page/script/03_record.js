@@ -17,14 +17,13 @@ function devicesOf(chunk) {
 
 const events = record.events.map((event, index) => ({
     index,
-    time: event.time,
-    id: event.id,
     kind: kindOf(event.id),
-    bytes: event.bytes,
-    list: event.list === undefined ? null : event.list,
-    fields: event.fields.map(([key, value, bytes]) => ({ key, value, bytes })),
+    list: null,
     found: null,
+    ...event,
+    fields: event.fields.map(([key, value, bytes]) => ({ key, value, bytes })),
 }));
+const bytesOf = (some) => some.reduce((sum, event) => sum + event.bytes, 0);
 
 const lines = record.log.map((line, index) => ({ index, ...line }));
 
@@ -39,33 +38,36 @@ for (const event of events) {
 const knowsNumbers = record.firstList !== null;
 const listNumber = (index) => index + (knowsNumbers ? record.firstList : 1);
 
-/** What a list says under each key: devices, bytes, and the chunks that could not be read. */
-function sectionsOf(list) {
-    if (!list.sections) {
-        const sections = new Map();
-        for (const field of list.events.flatMap((event) => event.fields)) {
-            const section = sections.get(field.key) || { devices: [], bytes: 0, unreadable: [] };
-            const devices = devicesOf(field.value);
-            section.devices.push(...(devices || []));
-            section.bytes += field.bytes;
-            if (devices === null) {
-                section.unreadable.push(field.value);
-            }
-            sections.set(field.key, section);
+/** The keys of all lists, in the order of their first occurrence. */
+const listKeys = new Set(lists.flatMap((list) => list.events)
+    .flatMap((event) => event.fields.map((field) => field.key)));
+
+/** What parts of a list say under each key: devices, bytes, and the chunks that could not be read. */
+function sectionsOf(parts) {
+    const sections = new Map();
+    for (const field of parts.flatMap((event) => event.fields)) {
+        const section = sections.get(field.key) || { devices: [], bytes: 0, unreadable: [] };
+        const devices = devicesOf(field.value);
+        section.devices.push(...(devices || []));
+        section.bytes += field.bytes;
+        if (devices === null) {
+            section.unreadable.push(field.value);
         }
-        list.sections = sections;
+        sections.set(field.key, section);
     }
-    return list.sections;
+    return sections;
+}
+
+/** All devices of a list under one key. */
+function devicesUnder(list, key) {
+    const section = sectionsOf(list.events).get(key);
+    return section ? section.devices : [];
 }
 
 /** The last event of the same kind before this one; parts of one device list count as one. */
 function previousOf(event) {
-    for (let i = event.index - 1; i >= 0; --i) {
-        if (events[i].id === event.id && (event.list === null || events[i].list !== event.list)) {
-            return events[i];
-        }
-    }
-    return null;
+    return events.slice(0, event.index).findLast((other) => other.id === event.id &&
+        (event.list === null || other.list !== event.list));
 }
 
 /** One line that tells the event from others. */

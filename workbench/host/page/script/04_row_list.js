@@ -96,10 +96,7 @@ class RowList {
             rows.push(row);
         }
         replaceContent(this.space, rows);
-        if (this.selected >= first && this.selected < end) {
-            this.box.setAttribute('aria-activedescendant', `${this.box.id}-${this.selected}`);
-        } else {
-            this.box.removeAttribute('aria-activedescendant');
-        }
+        this.box.setAttribute('aria-activedescendant',
+            this.selected >= first && this.selected < end ? `${this.box.id}-${this.selected}` : '');
     }
 }

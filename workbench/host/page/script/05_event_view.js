@@ -23,19 +23,18 @@ function deviceTable(devices, caption) {
             ? element('span', { class: 'none' }, '\u2013') : foreign(device[column])))), caption);
 }
 
-function chunkView(field) {
-    const devices = devicesOf(field.value);
-    const title = [foreign(field.key), ` \u00b7 ${devices ? count(devices.length, 'device') : 'unreadable'} \u00b7 `,
-        byteText(field.bytes)];
-    return devices ? deviceTable(devices, title)
-        : [element('h4', {}, title), element('pre', {}, foreign(field.value))];
+function sectionView([key, section]) {
+    return [deviceTable(section.devices, [foreign(key), ` \u00b7 ${count(section.devices.length, 'device')} \u00b7 `,
+        byteText(section.bytes)]),
+    section.unreadable.map((chunk) => element('div', {}, element('p', {}, 'A part that cannot be read:'),
+        element('pre', {}, foreign(chunk))))];
 }
 
-function dumpView(field, bytes) {
-    const text = (from) => bytes.slice(from, from + 16);
+function dumpView(field) {
+    const bytes = bytesOfHex(field.value);
     const dump = [];
     for (let from = 0; from < bytes.length; from += 16) {
-        const row = text(from);
+        const row = bytes.slice(from, from + 16);
         dump.push(element('span', { class: row.every((byte) => byte === 0) ? 'none' : null },
             String(from).padStart(3, ' ') + '  ' +
             row.map((byte) => byte.toString(16).padStart(2, '0')).join(' ') + '\n'));
@@ -51,18 +50,11 @@ function plainFields(fields) {
 }
 
 function fieldsView(event) {
-    if (event.fields.length === 0) {
-        return element('p', { class: 'none' }, 'This event has no fields.');
-    }
     if (event.id === DEVICE_LIST) {
-        return event.fields.map(chunkView);
+        return [...sectionsOf([event])].map(sectionView);
     }
-    return event.fields.map((field) => {
-        const bytes = event.id === EC_LOG ? bytesOfHex(field.value) : null;
-        return bytes === null ? null : dumpView(field, bytes);
-    }).filter((view) => view !== null).concat(
-        event.id === EC_LOG && event.fields.every((field) => bytesOfHex(field.value)) ? []
-            : plainFields(event.fields));
+    return event.id === EC_LOG && event.fields.every((field) => bytesOfHex(field.value))
+        ? event.fields.map(dumpView) : plainFields(event.fields);
 }
 
 /** What this record says about the conditions of the event. */
@@ -93,14 +85,11 @@ function seenFor(event) {
 
 function reasonView(event) {
     const rule = ruleOf(event.id);
-    const list = (texts) => element('ul', {}, texts.map((text) => element('li', {}, text)));
     return [
-        element('h4', {}, 'What let it out'),
-        rule.gates.length === 0 ? element('p', {}, rule.when)
-            : element('ul', { class: 'gates' }, rule.gates.map((gate) => element('li', {}, gate))),
-        element('p', { class: 'consent' }, rule.consent),
-        element('h4', {}, 'Seen in this record'), list(seenFor(event)),
-        rule.masked.length === 0 ? null : [element('h4', {}, 'Masked or cut'), list(rule.masked)],
+        titledList('What let it out', rule.gates || [rule.when], rule.gates ? 'gates' : null),
+        element('p', { class: 'consent' }, rule.consent || NO_CONSENT),
+        titledList('Seen in this record', seenFor(event)),
+        titledList('Masked or cut', rule.masked),
     ];
 }
 
@@ -126,11 +115,8 @@ function showDetail(event) {
             ? 'The plug-in sent nothing.' : 'Select an event to see it in full.'));
         return;
     }
-    const link = event.list === null ? null
-        : element('button', { type: 'button', class: 'link' }, 'Show the whole list');
-    if (link) {
-        link.addEventListener('click', () => showList(event.list, true));
-    }
-    replaceContent(box, eventHeading(event, 'h4'), link && element('p', {}, link),
+    const link = event.list === null ? null : element('p', {},
+        button({ class: 'link' }, () => showList(event.list, true), 'Show the whole list'));
+    replaceContent(box, eventHeading(event, 'h4'), link,
         fieldsView(event), reasonView(event), rawView(event));
 }

@@ -31,10 +31,7 @@ function filterLog() {
 
 /** Goes to what was logged last when the event was sent. */
 function showLogAt(time) {
-    let index = -1;
-    while (index + 1 < logList.items.length && logList.items[index + 1].time <= time) {
-        ++index;
-    }
+    const index = logList.items.findLastIndex((line) => line.time <= time);
     if (index >= 0) {
         logList.select(index);
         logList.reveal(index, true);

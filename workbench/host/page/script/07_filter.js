@@ -17,11 +17,10 @@ function applyFilter() {
     filter.number = byId('number').value.trim();
     shownEvents = events.filter(passes);
     eventList.setItems(shownEvents, eventList.item);
-    const bytes = shownEvents.reduce((sum, event) => sum + event.bytes, 0);
-    byId('status').textContent =
-        `${shownEvents.length.toLocaleString('en')} of ${count(events.length, 'event')}, ${byteText(bytes)}`;
-    for (const button of byId('kinds').children) {
-        button.setAttribute('aria-pressed', String(filter.kinds.has(Number(button.dataset.kind))));
+    byId('status').textContent = `${shownEvents.length.toLocaleString('en')} of ` +
+        `${count(events.length, 'event')}, ${byteText(bytesOf(shownEvents))}`;
+    for (const toggle of byId('kinds').children) {
+        toggle.setAttribute('aria-pressed', String(filter.kinds.has(Number(toggle.dataset.kind))));
     }
     drawTimeline();
     if (!eventList.item) {
@@ -49,17 +48,13 @@ const kindsPresent = () => KINDS.filter((kind) => kind !== 0 || events.some((eve
 
 function setUpFilter() {
     kindsPresent().forEach((kind, i) => {
-        const rule = ruleOfKind(kind);
-        const button = element('button', { type: 'button', class: `kind ${rule.colour}`,
-            'data-kind': kind, title: `Show or hide: ${rule.name} (${i + 1})` },
-        element('span', { class: `mark ${rule.colour}`, 'aria-hidden': 'true' }), rule.short);
-        button.addEventListener('click', () => toggleKind(kind));
-        byId('kinds').append(button);
+        const rule = ruleOf(kind);
+        byId('kinds').append(button({ class: `kind ${rule.colour}`, 'data-kind': kind,
+            title: `Show or hide: ${rule.name} (${i + 1})` }, () => toggleKind(kind),
+        element('span', { class: `mark ${rule.colour}`, 'aria-hidden': 'true' }), rule.short));
     });
-    const keys = new Set(events.filter((event) => event.id === DEVICE_LIST)
-        .flatMap((event) => event.fields.map((field) => field.key)));
     replaceContent(byId('key'), element('option', { value: '' }, 'any'),
-        [...keys].map((key) => element('option', { value: key }, visible(key))));
+        [...listKeys].map((key) => element('option', { value: key }, visible(key))));
     for (const [id, kind] of [['search', 'input'], ['key', 'change'], ['number', 'input']]) {
         byId(id).addEventListener(kind, applyFilter);
     }
@@ -70,10 +65,10 @@ function showSummary() {
     const tile = (rule, chosen) => element('div', { class: `tile ${rule.colour}` },
         element('p', { class: 'name' }, rule.name),
         element('p', { class: 'amount' }, chosen.length.toLocaleString('en'), ' ',
-            element('small', {}, byteText(chosen.reduce((sum, event) => sum + event.bytes, 0)))),
+            element('small', {}, byteText(bytesOf(chosen)))),
         element('p', { class: 'period' }, chosen.length === 0 ? 'none sent'
             : [...new Set([chosen[0], chosen[chosen.length - 1]].map((event) => dateText(event.time)))]
                 .join(' \u2013 ')));
     replaceContent(byId('tiles'), tile({ name: 'All events', colour: 'all' }, events),
-        kindsPresent().map((kind) => tile(ruleOfKind(kind), events.filter((event) => event.kind === kind))));
+        kindsPresent().map((kind) => tile(ruleOf(kind), events.filter((event) => event.kind === kind))));
 }

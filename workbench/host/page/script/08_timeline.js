@@ -24,31 +24,23 @@ function ticks() {
 
 /** The events of a kind that are shown, by column. */
 function laneMarks(kind) {
-    const columns = new Map();
+    const columns = {};
     for (const event of shownEvents.filter((one) => one.kind === kind)) {
-        const column = columnOf(event.time);
-        if (!columns.has(column)) {
-            columns.set(column, []);
-        }
-        columns.get(column).push(event);
+        (columns[columnOf(event.time)] ||= []).push(event);
     }
-    return columns;
+    return Object.entries(columns);
 }
 
 function drawTimeline() {
-    if (events.length === 0) {
-        replaceContent(byId('lanes'), element('p', { class: 'empty' }, 'The plug-in sent nothing.'));
-        return;
-    }
     const lanes = kindsPresent().map((kind) => {
-        const rule = ruleOfKind(kind);
+        const rule = ruleOf(kind);
         const track = element('div', { class: 'track' });
         for (const [column, held] of laneMarks(kind)) {
-            const mark = element('button', { type: 'button', class: `mark ${rule.colour}`, tabindex: '-1',
+            const mark = button({ class: `mark ${rule.colour}`, tabindex: '-1', 'data-column': column,
                 'aria-label': `${rule.name}, ${timeText(held[0].time)}, ${count(held.length, 'event')}`,
-                title: `${timeText(held[0].time)}: ${count(held.length, 'event')}`,
-                'data-event': held[0].index, 'data-column': column });
-            mark.style.left = `${(column + 0.5) / COLUMNS * 100}%`;
+                title: `${timeText(held[0].time)}: ${count(held.length, 'event')}` },
+            () => eventList.select(shownEvents.indexOf(held[0])));
+            mark.style.left = `${(Number(column) + 0.5) / COLUMNS * 100}%`;
             mark.style.height = `${Math.min(45 + 15 * Math.log2(held.length), 95)}%`;
             track.append(mark);
         }
@@ -68,7 +60,7 @@ function neighbour(mark, key) {
     const column = (one) => Number(one.dataset.column);
     const lane = mark.closest('.lane');
     if (key === 'ArrowLeft' || key === 'ArrowRight') {
-        const inLane = [...lane.querySelectorAll('button')].sort((a, b) => column(a) - column(b));
+        const inLane = [...lane.querySelectorAll('button')];
         return inLane[inLane.indexOf(mark) + (key === 'ArrowLeft' ? -1 : 1)] || null;
     }
     const step = key === 'ArrowUp' ? 'previousElementSibling' : 'nextElementSibling';
@@ -83,14 +75,7 @@ function neighbour(mark, key) {
 }
 
 function setUpTimeline() {
-    const lanes = byId('lanes');
-    lanes.addEventListener('click', (event) => {
-        const mark = event.target.closest('button');
-        if (mark) {
-            eventList.select(shownEvents.indexOf(events[Number(mark.dataset.event)]));
-        }
-    });
-    lanes.addEventListener('keydown', (event) => {
+    byId('lanes').addEventListener('keydown', (event) => {
         const mark = event.target.closest('button');
         if (mark && event.key.startsWith('Arrow')) {
             event.preventDefault();

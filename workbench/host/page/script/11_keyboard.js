@@ -4,11 +4,7 @@ const THEMES = ['system', 'light', 'dark'];
 let theme = 'system';
 
 function showTheme() {
-    if (theme === 'system') {
-        delete document.documentElement.dataset.theme;
-    } else {
-        document.documentElement.dataset.theme = theme;
-    }
+    document.documentElement.dataset.theme = theme;
     byId('theme').textContent = `Theme: ${theme}`;
 }
 
@@ -23,13 +19,6 @@ function goTo(id) {
     target.closest('section').scrollIntoView({ block: 'start' });
 }
 
-function goToTimeline() {
-    const mark = byId('lanes').querySelector('button[tabindex="0"]');
-    if (mark) {
-        mark.focus();
-    }
-}
-
 const SHORTCUTS = [
     ['/', 'search in the events', () => byId('search').focus()],
     ['j', 'next event', () => eventList.move(1)],
@@ -37,7 +26,7 @@ const SHORTCUTS = [
     ['e', 'list of events; arrows, Page, Home and End move', () => goTo('event-list')],
     ['f', 'event in full', () => goTo('detail')],
     ['l', 'log', () => goTo('log-list')],
-    ['t', 'time line; arrows move, Enter opens', goToTimeline],
+    ['t', 'time line; arrows move, Enter opens', () => byId('lanes').querySelector('[tabindex="0"]')?.focus()],
     ['d', 'device lists', () => showList(currentList, true)],
     ['1', 'to 5: show or hide a kind of event', () => toggleKind(kindsPresent()[0])],
     ['x', 'reset the filter', resetFilter],
@@ -59,14 +48,11 @@ function onKey(event) {
         return;
     }
     const kind = kindsPresent()[Number(event.key) - 1];
-    const shortcut = SHORTCUTS.find(([key]) => key === event.key);
-    if (kind !== undefined || shortcut) {
+    const act = kind !== undefined ? () => toggleKind(kind)
+        : SHORTCUTS.find(([key]) => key === event.key)?.[2];
+    if (act) {
         event.preventDefault();
-        if (kind !== undefined) {
-            toggleKind(kind);
-        } else {
-            shortcut[2]();
-        }
+        act();
     }
 }
 

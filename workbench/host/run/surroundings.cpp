@@ -1,4 +1,4 @@
-#include "host/run/surroundings_choice.h"
+#include "host/run/surroundings.h"
 
 #include "host/files.h"
 #include "host/host_error.h"
