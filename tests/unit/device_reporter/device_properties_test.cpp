@@ -134,16 +134,16 @@ TEST_F(PropertyText, OfAStringListEndsWithTheBuffer) {
 
 // --- Where it is filed ---
 
-using Field = std::wstring DeviceInfo::*;
+using FieldOfDevice = std::wstring DeviceInfo::*;
 
-constexpr Field kAllFields[] = {&DeviceInfo::instanceId, &DeviceInfo::parent,
-                                &DeviceInfo::name,       &DeviceInfo::manufacturer,
-                                &DeviceInfo::className,  &DeviceInfo::description,
-                                &DeviceInfo::vendorId,   &DeviceInfo::containerId};
+constexpr FieldOfDevice kAllFields[] = {&DeviceInfo::instanceId, &DeviceInfo::parent,
+                                        &DeviceInfo::name,       &DeviceInfo::manufacturer,
+                                        &DeviceInfo::className,  &DeviceInfo::description,
+                                        &DeviceInfo::vendorId,   &DeviceInfo::containerId};
 
 struct Filing {
     DEVPROPKEY key;
-    Field target;
+    FieldOfDevice target;
     bool merges;
 };
 
@@ -160,7 +160,7 @@ std::vector<Filing> Filings() {
 /// A record whose every text is "old".
 DeviceInfo FilledRecord() {
     DeviceInfo record;
-    for (Field field : kAllFields) {
+    for (FieldOfDevice field : kAllFields) {
         record.*field = L"old";
     }
     return record;
@@ -173,7 +173,7 @@ TEST(PropertyFiling, ReplacesOrMergesOneFieldAndTouchesNoOther) {
             DeviceInfo record = FilledRecord();
             SetDeviceProperty(record, key, text);
             const std::wstring merged = text == L"new" ? L"old\nnew" : L"old";
-            for (Field field : kAllFields) {
+            for (FieldOfDevice field : kAllFields) {
                 EXPECT_EQ(record.*field, field != target ? L"old" : merges ? merged : text);
             }
             EXPECT_FALSE(record.isRemovable);
@@ -195,7 +195,7 @@ TEST(PropertyFiling, IgnoresKeysWhoseSetOrNumberDiffers) {
     for (const DEVPROPKEY& stranger : strangers) {
         DeviceInfo record = FilledRecord();
         SetDeviceProperty(record, stranger, L"new");
-        for (Field field : kAllFields) {
+        for (FieldOfDevice field : kAllFields) {
             EXPECT_EQ(record.*field, L"old") << "pid " << stranger.pid;
         }
     }
