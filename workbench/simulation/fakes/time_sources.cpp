@@ -1,5 +1,6 @@
 #include <ctime>
 
+#include "simulation/compiler_runtime.h"
 #include "simulation/fake_call.h"
 #include "simulation/fakes/families.h"
 
@@ -14,6 +15,7 @@ constexpr HundredNanoseconds kFileTimeOfUnixEpoch{116'444'736'000'000'000};
 decltype(::_time64)* realTime64 = nullptr;
 decltype(::GetSystemTimeAsFileTime)* realGetSystemTimeAsFileTime = nullptr;
 decltype(::QueryPerformanceCounter)* realQueryPerformanceCounter = nullptr;
+runtime::CounterFunction* realSteadyCounter = nullptr;
 
 __time64_t __cdecl FakeTime64(__time64_t* seconds) {
     FakeCall call("_time64");
@@ -47,6 +49,15 @@ void WINAPI FakeGetSystemTimeAsFileTime(FILETIME* fileTime) {
     fileTime->dwHighDateTime = static_cast<DWORD>(ticks >> 32);
 }
 
+LONGLONG CountsOf(std::chrono::nanoseconds steady) {
+    LARGE_INTEGER frequency;
+    QueryPerformanceFrequency(&frequency);
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(steady);
+    // Whole seconds apart from the rest: the product of all of it would not fit.
+    return seconds.count() * frequency.QuadPart +
+           (steady - seconds).count() * frequency.QuadPart / 1'000'000'000;
+}
+
 BOOL WINAPI FakeQueryPerformanceCounter(LARGE_INTEGER* count) {
     FakeCall call("QueryPerformanceCounter");
     if (call.PlannedFault()) {
@@ -56,13 +67,14 @@ BOOL WINAPI FakeQueryPerformanceCounter(LARGE_INTEGER* count) {
     if (!steady) {
         return call.PassTo(realQueryPerformanceCounter, count);
     }
-    LARGE_INTEGER frequency;
-    QueryPerformanceFrequency(&frequency);
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(*steady);
-    // Whole seconds apart from the rest: the product of all of it would not fit.
-    count->QuadPart = seconds.count() * frequency.QuadPart +
-                      (*steady - seconds).count() * frequency.QuadPart / 1'000'000'000;
+    count->QuadPart = CountsOf(*steady);
     return call.Returns(TRUE);
+}
+
+long long __cdecl FakeSteadyCounter() {
+    FakeCall call("QueryPerformanceCounter");
+    const auto steady = call.world().clock.Steady();
+    return steady ? call.Returns<long long>(CountsOf(*steady)) : call.PassTo(realSteadyCounter);
 }
 
 }  // namespace
@@ -72,6 +84,7 @@ void InstallTimeFakes(ImportRedirection& redirection) {
         {"_time64", FakeTime64, &realTime64},
         {"GetSystemTimeAsFileTime", FakeGetSystemTimeAsFileTime, &realGetSystemTimeAsFileTime},
         {"QueryPerformanceCounter", FakeQueryPerformanceCounter, &realQueryPerformanceCounter},
+        {runtime::kSteadyCounter, FakeSteadyCounter, &realSteadyCounter},
     });
 }
 
