@@ -43,7 +43,11 @@ endif()
 # calls one before and after its redirection would call the old one twice.
 add_library(tallyport_workbench_settings INTERFACE)
 target_link_libraries(tallyport_workbench_settings INTERFACE tallyport_compiler_settings)
-if(NOT MSVC)
+if(MSVC)
+    # A target has definitions that the precompiled headers, which are the system's, need not know.
+    target_compile_options(tallyport_workbench_settings INTERFACE
+        /wd4605 $<$<CXX_COMPILER_ID:Clang>:-Wno-clang-cl-pch>)
+else()
     if(NOT TALLYPORT_BENCHMARKS)
         target_compile_options(tallyport_workbench_settings INTERFACE -O0)
     endif()

@@ -1,10 +1,12 @@
 # tallyport_add_test_program(NAME <name> LABEL <label>... SOURCES <file>... [LIBRARIES <target>...]
-#                            [TIMEOUT <seconds>] [ACCELERATED [SPEED <n>]] [HEADERS_OF <target>])
+#                            [TIMEOUT <seconds>] [ACCELERATED [SPEED <n>]] [HEADERS_OF <target>]
+#                            [ONLY_IN_WINE <reason>])
 #
 # Builds a GoogleTest program and registers it as one CTest entry. Cross-built programs run in Wine
 # through tools/wine/run_test; the checked build has Wine check the heap as well. ACCELERATED runs the
 # program on a clock that is SPEED times as fast (36000 unless given: an hour in a tenth of a second).
 # HEADERS_OF names the target whose precompiled headers serve, test_support's unless given.
+# ONLY_IN_WINE says why Windows itself, where accelerated programs are skipped as well, skips it.
 # A program that leaves a record for the table of `./dev test reliability` has that label as well;
 # support/reliability_record.h says more.
 #
@@ -12,7 +14,7 @@
 # and tests/.
 function(tallyport_add_test_program)
     cmake_parse_arguments(PARSE_ARGV 0 arg
-        "ACCELERATED" "NAME;TIMEOUT;SPEED;HEADERS_OF" "LABEL;SOURCES;LIBRARIES")
+        "ACCELERATED" "NAME;TIMEOUT;SPEED;HEADERS_OF;ONLY_IN_WINE" "LABEL;SOURCES;LIBRARIES")
     foreach(required NAME LABEL SOURCES)
         if(NOT arg_${required})
             message(FATAL_ERROR "tallyport_add_test_program: ${required} is missing")
@@ -56,9 +58,9 @@ function(tallyport_add_test_program)
         # Named by its file: CMake would put the emulator before a target's name.
         add_test(NAME ${arg_NAME} COMMAND ${runner} "$<TARGET_FILE:${arg_NAME}>")
     elseif(arg_ACCELERATED)
-        add_test(NAME ${arg_NAME}
-            COMMAND "${CMAKE_COMMAND}" -E echo "Skipped: the fast clock exists only with Wine")
-        set_tests_properties(${arg_NAME} PROPERTIES SKIP_REGULAR_EXPRESSION "^Skipped")
+        tallyport_add_skipped_test(${arg_NAME} "${arg_LABEL}" "the fast clock exists only with Wine")
+    elseif(arg_ONLY_IN_WINE)
+        tallyport_add_skipped_test(${arg_NAME} "${arg_LABEL}" "${arg_ONLY_IN_WINE}")
     else()
         add_test(NAME ${arg_NAME} COMMAND ${arg_NAME})
     endif()
@@ -67,4 +69,10 @@ function(tallyport_add_test_program)
     math(EXPR net "${arg_TIMEOUT} + 60")
     set_tests_properties(${arg_NAME} PROPERTIES
         LABELS "${arg_LABEL}" TIMEOUT ${net} RUN_SERIAL ${arg_ACCELERATED})
+endfunction()
+
+# tallyport_add_skipped_test(<name> <labels> <reason>): what this machine cannot run.
+function(tallyport_add_skipped_test name labels reason)
+    add_test(NAME ${name} COMMAND "${CMAKE_COMMAND}" -E echo "Skipped: ${reason}")
+    set_tests_properties(${name} PROPERTIES SKIP_REGULAR_EXPRESSION "^Skipped" LABELS "${labels}")
 endfunction()

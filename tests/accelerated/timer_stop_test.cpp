@@ -76,7 +76,7 @@ TEST_F(TimerLoopStop, RightBeforeTheWaitIsSeenAfterItAndWhatIsDueRunsOnceMore) {
     simulation::ImportRedirection imports(GetModuleHandleW(nullptr));
     realQueryPerformanceCounter = imports.Redirect<decltype(::QueryPerformanceCounter)>(
         "QueryPerformanceCounter", WatchedQueryPerformanceCounter);
-    std::chrono::steady_clock::now();  // Tells it which thread is the test's.
+    static_cast<void>(std::chrono::steady_clock::now());  // Tells it which thread is the test's.
     Register("hour", 1);
     timeline.Clear();
     onClockOfTheLoop = [this] { LetStopCome(); };

@@ -6,17 +6,27 @@
 #include <map>
 #include <set>
 #include <stdexcept>
+#include <string_view>
 
+#include "simulation/compiler_runtime.h"
 #include "simulation/machine_loader.h"
 
 namespace faults_test {
 namespace {
 
 const std::filesystem::path kFolder = FAULTS_FOLDER;
+constexpr std::string_view kOnlyForGnu = "g++: ";
 
 Json ReadJson(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return Json::parse(stream);
+}
+
+Json OfThisRuntime(Json outcome) {
+    if (simulation::runtime::kIsMicrosofts) {
+        outcome["keptBlocks"] = 0;
+    }
+    return outcome;
 }
 
 Scene MakeScene(const Json& machineChanges) {
@@ -128,6 +138,9 @@ FaultGroup::FaultGroup(const std::string& name) {
     std::map<std::string, Json> named{{"nothing", Json::array()}};
     std::string line;
     const auto parse = [&] {
+        if (line.rfind(kOnlyForGnu, 0) == 0) {
+            line = simulation::runtime::kIsMicrosofts ? "" : line.substr(kOnlyForGnu.size());
+        }
         const std::size_t colon = line.find(": ");
         if (line.rfind("scenario ", 0) == 0) {
             scenario = line.substr(9);
@@ -157,7 +170,9 @@ std::vector<FaultRun> FaultGroup::Runs(const Scenario& of, const std::vector<Cal
                 fault.nth = nth;
                 if (fault.call == "malloc" || taken.insert(Describe(fault)).second) {
                     runs.push_back(
-                        {fault, row.ends.empty() ? of.outcome.patch(row.patch) : Json(), row.ends});
+                        {fault,
+                         row.ends.empty() ? OfThisRuntime(of.outcome.patch(row.patch)) : Json(),
+                         row.ends});
                 }
             };
             if (row.call == "malloc") {
@@ -202,8 +217,9 @@ Scenario LoadScenario(const std::string& name) {
     Scenario scenario{name, MakeScene(document.value("machine", Json::array())), {}, {}};
     scenario.scene.managerIsLoaded = document.value("managerIsLoaded", true);
     scenario.only = document.value("only", std::vector<std::string>());
-    scenario.outcome = document.contains("outcomeOf") ? LoadScenario(document["outcomeOf"]).outcome
-                                                      : document.at("outcome");
+    scenario.outcome =
+        OfThisRuntime(document.contains("outcomeOf") ? LoadScenario(document["outcomeOf"]).outcome
+                                                     : document.at("outcome"));
     return scenario;
 }
 

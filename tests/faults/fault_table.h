@@ -49,7 +49,8 @@ struct FaultRow {  // NOLINT(bugprone-exception-escape): Json's order copies whe
 /// VALUE replaces, -PATH removes. A name stands for the changes behind "NAME: " above the rows;
 /// "nothing" is silence with everything delivered. "ends TEXT" stands in their place where the
 /// process ends. A call that cannot fail has the way "cannot fail" and the reason. What begins with
-/// # is a comment. The test prints the row for what happened instead.
+/// # is a comment. "g++: " precedes a row whose call or size other compilers' runtimes do not have.
+/// The test prints the row for what happened instead.
 class FaultGroup {
 public:
     /// `name` is the file's name without ending.

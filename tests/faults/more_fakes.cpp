@@ -7,6 +7,7 @@
 #include <cstdarg>
 #include <cwchar>
 
+#include "simulation/compiler_runtime.h"
 #include "simulation/fake_call.h"
 #include "simulation/fakes/common.h"
 
@@ -19,8 +20,9 @@ using BeginThreadFunction = std::uintptr_t __cdecl(void*, unsigned, ThreadFuncti
                                                    unsigned, unsigned*);
 using StopMonitorFunction = int(void*);
 
-// The way in which g++ spells VrSDK::BiosEventMonitor::StopEventMonitor.
+// How g++ and Microsoft's compiler spell VrSDK::BiosEventMonitor::StopEventMonitor.
 constexpr char kStopEventMonitor[] = "_ZN5VrSDK16BiosEventMonitor16StopEventMonitorEv";
+constexpr char kMicrosoftStopEventMonitor[] = "?StopEventMonitor@BiosEventMonitor@VrSDK@@QEAAHXZ";
 
 decltype(::WideCharToMultiByte)* realWideCharToMultiByte = nullptr;
 decltype(::MultiByteToWideChar)* realMultiByteToWideChar = nullptr;
@@ -62,17 +64,26 @@ int WINAPI FakeMultiByteToWideChar(UINT codePage, DWORD flags, const char* text,
     return call.PassTo(realMultiByteToWideChar, codePage, flags, text, length, result, size);
 }
 
-int __cdecl FakeSwprintf(wchar_t* buffer, std::size_t size, const wchar_t* form, ...) {
+int Format(wchar_t* buffer, std::size_t size, const wchar_t* form, va_list arguments) {
     FakeCall call("swprintf_s");
     if (call.PlannedFault()) {
         *buffer = L'\0';
         return call.Fails(-1);
     }
+    return call.Returns(_vsnwprintf(buffer, size, form, arguments));
+}
+
+int __cdecl FakeSwprintf(wchar_t* buffer, std::size_t size, const wchar_t* form, ...) {
     va_list arguments;
     va_start(arguments, form);
-    const int length = _vsnwprintf(buffer, size, form, arguments);
+    const int length = Format(buffer, size, form, arguments);
     va_end(arguments);
-    return call.Returns(length);
+    return length;
+}
+
+int __cdecl FakeCommonFormat(std::uint64_t /*options*/, wchar_t* buffer, std::size_t size,
+                             const wchar_t* form, void* /*locale*/, va_list arguments) {
+    return Format(buffer, size, form, arguments);
 }
 
 std::uintptr_t __cdecl FakeBeginThread(void* security, unsigned stackSize, ThreadFunction* start,
@@ -117,9 +128,14 @@ void InstallMoreFakes(simulation::ImportRedirection& redirection) {
         "WideCharToMultiByte", FakeWideCharToMultiByte);
     realMultiByteToWideChar = redirection.Redirect<decltype(::MultiByteToWideChar)>(
         "MultiByteToWideChar", FakeMultiByteToWideChar);
-    redirection.Redirect<decltype(FakeSwprintf)>("swprintf_s", FakeSwprintf);
+    redirection.RedirectImported(
+        {simulation::Replace<decltype(FakeSwprintf)>("swprintf_s", FakeSwprintf),
+         simulation::Replace<decltype(FakeCommonFormat)>(simulation::runtime::kBoundedFormat,
+                                                         FakeCommonFormat)});
     realBeginThread = redirection.Redirect<BeginThreadFunction>("_beginthreadex", FakeBeginThread);
-    realStopMonitor = redirection.Redirect<StopMonitorFunction>(kStopEventMonitor, FakeStopMonitor);
+    realStopMonitor = redirection.Redirect<StopMonitorFunction>(
+        redirection.Imports(kStopEventMonitor) ? kStopEventMonitor : kMicrosoftStopEventMonitor,
+        FakeStopMonitor);
     // Around the fake that journals it.
     realCreateThread =
         redirection.Redirect<decltype(::CreateThread)>("CreateThread", HoldingCreateThread);

@@ -47,7 +47,7 @@ struct Call {
 ///     registry  the two values that the plug-in keeps; a time stamp reads "now"
 ///     left      resources that were not given back, and wrong returns
 ///     heap      "sound" where the system finds it so
-///     keptBlocks  blocks of memory not given back: the compiler's runtime keeps 6 for a life, and
+///     keptBlocks  blocks of memory not given back: g++'s runtime keeps 6 for a life, and
 ///                 more once an exception was thrown
 struct Played {  // NOLINT(bugprone-exception-escape): Json's order copies when it moves
     Json outcome;

@@ -32,7 +32,7 @@ constexpr char kWhatIsTried[] = "lives under a stress of messages and firmware e
 #endif
 constexpr std::chrono::hours kBetweenLists{24};
 
-struct Totals {
+struct StressTotals {
     unsigned hours = 0;
     unsigned posts = 0;
     unsigned ecEvents = 0;
@@ -48,7 +48,7 @@ public:
     StressedLife& operator=(const StressedLife&) = delete;
 
     /// Empty when it ended as it has to. Adds to the totals.
-    std::string Live(unsigned hoursOfLife, std::uint64_t seed, Totals& totals);
+    std::string Live(unsigned hoursOfLife, std::uint64_t seed, StressTotals& totals);
 
 private:
     static void OnLine(void* context, int level, const wchar_t* text);
@@ -167,7 +167,7 @@ void StressedLife::CheckThreads(unsigned hoursOfLife) {
     Demand(requests == hoursOfLife, std::to_string(requests) + " hourly callbacks");
 }
 
-std::string StressedLife::Live(unsigned hoursOfLife, std::uint64_t seed, Totals& totals) {
+std::string StressedLife::Live(unsigned hoursOfLife, std::uint64_t seed, StressTotals& totals) {
     StressThreads stress(life.World(), seed);
     RunUnderStress(stress, hoursOfLife);
     CheckEvents(stress.counts, hoursOfLife);
@@ -185,7 +185,7 @@ std::string StressedLife::Live(unsigned hoursOfLife, std::uint64_t seed, Totals&
 
 TEST(Stress, OfMessagesAndFirmwareEventsChangesNothingOfALife) {
     fuzz::Random random(TheOptions().seed, 0);
-    Totals totals;
+    StressTotals totals;
     unsigned wrong = 0;
     const ULONGLONG begin = GetTickCount64();
     for (unsigned life = 1; life <= TheOptions().lives; ++life) {

@@ -37,7 +37,7 @@ expect_failure "ctest --test-dir build/mingw-release" "tests failed" test librar
 expect_failure "ctest --test-dir build/mingw-checked" "tests failed" test unit
 expect_failure table "badly" test reliability
 expect_failure "clang-format-14 --dry-run" "./dev format" lint
-for step in shellcheck check_product direct_includes tidy; do
+for step in shellcheck check_sources direct_includes tidy; do
     expect_failure "$step" "above" lint
 done
 

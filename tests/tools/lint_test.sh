@@ -14,7 +14,7 @@ command="x86_64-w64-mingw32-g++-posix -std=c++17 -o code.obj -c $source_file"
 jq --null-input --arg folder "$project/build" --arg file "$source_file" --arg command "$command" \
     '[{directory: $folder, file: $file, command: $command}]' >"$project/build/compile_commands.json"
 cd "$project" || exit
-check=(tools/msvc_check/check_product build)
+check=(tools/msvc_check/check_sources build)
 tidy=(tools/lint/tidy build)
 
 cat >"$source_file" <<'CODE'
@@ -38,7 +38,7 @@ int Positive(int n) { return n ?: 1; }
 void Nothing() { int unused = 0; }
 CODE
 output=$("${check[@]}" 2>&1) && complain "the check of the Microsoft dialect passes bad code"
-for finding in "src/code.cpp does not compile in the Microsoft dialect" \
+for finding in "src-code.cpp does not compile in the Microsoft dialect" \
     "unistd.h does not exist on Windows" "dirent.h does not exist on Windows" strcasecmp static_assert \
     C-linkage "incomplete type" "variable length arrays" GNU "unused variable"; do
     [[ $output == *"$finding"* ]] || complain "the check of the Microsoft dialect misses: $finding: $output"

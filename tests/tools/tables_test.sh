@@ -45,8 +45,9 @@ for content in '{}' '{"rows": []}' 'no JSON' '{"rows": [{"what": "x", "tried": "
 done
 
 # A script that is called with too little says in one line how to call it.
-for script in benchmarks/{event_sizes,table,measure} coverage/report lint/{direct_includes,product_sources,tidy,tidy_source} \
-    msvc_check/{check_product,check_source,compile} package/{make_package,collect_licences,bill_of_materials} \
+for script in benchmarks/{event_sizes,table,measure} coverage/report \
+    lint/{direct_includes,folder_units,product_sources,tidy,tidy_source} \
+    msvc_check/{check_sources,check_source,compile} package/{make_package,collect_licences,bill_of_materials} \
     progress setup/{install_packages,fetch_nlohmann_json,fetch_benchmark,rename_release} \
     wine/{plain_output,run_in_wine,run_accelerated,run_test}; do
     output=$("./$script" 2>&1) && complain "$script accepts no arguments"

@@ -1,6 +1,7 @@
 #include "library/device_monitor/monitored_plugin.h"
 
 #include "simulation/call_text.h"
+#include "simulation/fakes/threads.h"
 #include "simulation/well_known.h"
 #include "standins/consent_store/consent_store_control.h"
 #include "standins/edition_adapt/edition_adapt_control.h"
@@ -49,24 +50,14 @@ MonitoredPlugin::~MonitoredPlugin() {
     ConsentStore_Reset();
 }
 
-void MonitoredPlugin::SetUp() {
-    if (!kHoursCanPass) {
-        GTEST_SKIP() << "the timer loop waits in a library of the compiler's";
-    }
-}
-
 void MonitoredPlugin::Start(bool expectMonitor) {
     EXPECT_TRUE(plugin->Start());
     running = true;
-    ASSERT_TRUE(hours.LoopWaits());
-    if (World().ledger.CountAcquired(simulation::ResourceKind::Thread) > 0) {
-        // A thread that has ended by now cannot be opened any more, and need not be.
-        ASSERT_TRUE(ComesTrue([this] { return Journal().Count("RegisterClassW") > 0; }));
-        monitorThread.Reset(OpenThread(SYNCHRONIZE, /*bInheritHandle=*/FALSE, MonitorThreadId()));
-    }
+    // First, because a Stop would not reach a monitor without a window.
     if (expectMonitor) {
         ASSERT_TRUE(ComesTrue([this] { return Journal().Count("GetMessageW") > 0; }));
     }
+    ASSERT_TRUE(hours.LoopWaits());
 }
 
 void MonitoredPlugin::Stop() {
@@ -76,7 +67,7 @@ void MonitoredPlugin::Stop() {
 }
 
 bool MonitoredPlugin::MonitorEnds() {
-    return !monitorThread || test_support::WaitForSignal(monitorThread.Get());
+    return simulation::WaitForThreads(World(), test_support::kPatience);
 }
 
 DWORD MonitoredPlugin::MonitorThreadId() {

@@ -13,7 +13,6 @@
 #include "support/comes_true.h"
 #include "support/plugin_module.h"
 #include "support/recorded_suite.h"
-#include "util/scoped_handle.h"
 
 namespace device_monitor_test {
 
@@ -40,7 +39,6 @@ class MonitoredPlugin : public testing::Test {
 protected:
     MonitoredPlugin();
     ~MonitoredPlugin() override;
-    void SetUp() override;
 
     simulation::World& World() { return machine.world(); }
     simulation::CallJournal& Journal() { return World().journal; }
@@ -68,7 +66,6 @@ private:
     bool RequestsAreHandled();
 
     bool running = false;
-    ScopedKernelHandle monitorThread;
 };
 
 }  // namespace device_monitor_test

@@ -10,13 +10,6 @@
 
 namespace device_monitor_test {
 
-#if defined(_MSC_VER)
-/// The timer loop waits in a DLL of the compiler's, which cannot be redirected.
-inline constexpr bool kHoursCanPass = false;
-#else
-inline constexpr bool kHoursCanPass = true;
-#endif
-
 /// Holds the timer loop of a loaded plug-in in its wait until the test lets the wait time out, and
 /// moves the clocks that the loop reads. Made before the plug-in is started and within the life of
 /// the simulated machine. One at a time in a process.
@@ -35,6 +28,8 @@ public:
                  std::chrono::milliseconds onTheSteadyClock);
     /// The loop goes on waiting.
     void MoveClocks(std::chrono::milliseconds wall, std::chrono::milliseconds steady);
+    /// Whether this thread of the plug-in's was the last to wait without limit, as for a thread.
+    bool WaitsWithoutLimit(DWORD thread) const;
 
 private:
     simulation::World& world;

@@ -8,7 +8,6 @@
 #include <thread>
 
 #include "library/device_monitor/monitored_plugin.h"
-#include "simulation/import_redirection.h"
 
 namespace {
 
@@ -63,31 +62,19 @@ TEST_F(WallClock, MakesAnHourOfAWakeForNothingInItsLastSecondsOnly) {
     EXPECT_EQ(Requests(), 1u);
 }
 
-std::atomic<DWORD> stoppingThread{0};
-std::atomic<bool> stopWaitsForTheLoop{false};
-decltype(::WaitForSingleObject)* waitForSingleObject = nullptr;
-
-DWORD WINAPI NotedWaitForSingleObject(HANDLE object, DWORD milliseconds) {
-    if (GetCurrentThreadId() == stoppingThread) {
-        stopWaitsForTheLoop = true;
-    }
-    return waitForSingleObject(object, milliseconds);
-}
-
 TEST_F(WallClock, ThatIsSetBackDoesNotTakeTheLastHourFromAStopBeforeTheWait) {
-    simulation::ImportRedirection redirection(module.Handle());
-    waitForSingleObject = redirection.Redirect<decltype(::WaitForSingleObject)>(
-        "WaitForSingleObject", &NotedWaitForSingleObject);
     Start();
+    std::atomic<DWORD> stoppingThread{0};
     std::optional<std::thread> stop;
     // The loop writes its line between looking for a Stop and waiting.
     suite.log.onLine = [&](const test_support::LogLine&) {
         if (!stop) {
-            stop.emplace([this] {
+            stop.emplace([&] {
                 stoppingThread = GetCurrentThreadId();
                 Stop();
             });
-            EXPECT_TRUE(ComesTrue([] { return stopWaitsForTheLoop.load(); }));
+            EXPECT_TRUE(ComesTrue(
+                [&] { return stoppingThread != 0 && hours.WaitsWithoutLimit(stoppingThread); }));
         }
     };
     ASSERT_TRUE(hours.PassTick());

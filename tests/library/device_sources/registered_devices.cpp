@@ -9,11 +9,13 @@
 
 #include "simulation/call_text.h"
 
-// The toolchain's header lacks it.
+#if defined(__MINGW32__)
+// Its header lacks it.
 extern "C" WINSETUPAPI BOOL WINAPI SetupDiSetDevicePropertyW(HDEVINFO set, SP_DEVINFO_DATA* device,
                                                              const DEVPROPKEY* key,
                                                              DEVPROPTYPE type, const BYTE* bytes,
                                                              DWORD size, DWORD flags);
+#endif
 
 namespace real_devices {
 namespace {

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string>
 
+#include "simulation/compiler_runtime.h"
 #include "unit/device_reporter/machine_test.h"
 
 namespace {
@@ -142,12 +143,16 @@ int FailToFormat(wchar_t* buffer, std::size_t size, const wchar_t*, ...) {
     return -1;
 }
 
+int FailBelowTheFormatter(std::uint64_t /*options*/, wchar_t* buffer, std::size_t size, ...) {
+    return FailToFormat(buffer, size, nullptr);
+}
+
 TEST_F(GuidText, IsEmptyWithALogLineWhenTheFormatterFails) {
     simulation::ImportRedirection imports(GetModuleHandleW(nullptr));
-    if (!imports.Imports("swprintf_s")) {
-        GTEST_SKIP() << "this compiler builds the formatter into the program";
-    }
-    imports.Redirect("swprintf_s", reinterpret_cast<void*>(&FailToFormat));
+    imports.RedirectImported(
+        {simulation::Replace<decltype(FailToFormat)>("swprintf_s", FailToFormat),
+         simulation::Replace<decltype(FailBelowTheFormatter)>(simulation::runtime::kBoundedFormat,
+                                                              FailBelowTheFormatter)});
     EXPECT_EQ(GuidToString({}), L"");
     EXPECT_THAT(Log(), ElementsAre("log 3 GUID TO String failed(DeviceReporter::GuidToString)"));
     EXPECT_EQ(sizeGiven, 64u);

@@ -25,9 +25,9 @@ using DeviceReporter::ReadHidStrings;
 using DeviceReporter::UpdateHidDeviceInfo;
 using simulation::kHidInterface;
 
-constexpr wchar_t kPath[] = L"\\\\?\\hid#vid_046d&pid_c077#7&1";
+constexpr wchar_t kHidPath[] = L"\\\\?\\hid#vid_046d&pid_c077#7&1";
 // The structure's fixed part up to the path, the path, its terminator.
-constexpr std::size_t kDetailSize = 4 + sizeof(kPath);
+constexpr std::size_t kDetailSize = 4 + sizeof(kHidPath);
 
 /// A machine with one HID device.
 class HidInfo : public device_tests::MachineTest {
@@ -40,7 +40,7 @@ protected:
 
     void GiveStrings(std::optional<std::wstring> product, std::optional<std::wstring> maker) {
         machine.devices = {device_tests::PlainDevice(L"HID\\A")};
-        machine.devices[0].interfaces = {{kHidInterface, kPath, simulation::HidAnswers{}}};
+        machine.devices[0].interfaces = {{kHidInterface, kHidPath, simulation::HidAnswers{}}};
         machine.devices[0].interfaces[0].hid->product = std::move(product);
         machine.devices[0].interfaces[0].hid->manufacturer = std::move(maker);
     }
@@ -163,7 +163,7 @@ class HidStrings : public HidInfo {};
 
 TEST_F(HidStrings, ReplaceNameAndManufacturerAndTouchNoOtherField) {
     GiveStrings(L"\u00DCber-Maus", L"\u5C4F");
-    EXPECT_TRUE(ReadHidStrings(kPath, record));
+    EXPECT_TRUE(ReadHidStrings(kHidPath, record));
     EXPECT_EQ(record.name, L"\u00DCber-Maus");
     EXPECT_EQ(record.manufacturer, L"\u5C4F");
     for (const std::wstring& text : {record.instanceId, record.parent, record.className,
@@ -180,7 +180,7 @@ TEST_F(HidStrings, NeedAPath) {
 }
 
 TEST_F(HidStrings, NeedNoAccessRightOnTheDevice) {
-    EXPECT_TRUE(ReadHidStrings(kPath, record));
+    EXPECT_TRUE(ReadHidStrings(kHidPath, record));
     ASSERT_EQ(Calls("CreateFileW").size(), 1u);
     const simulation::JournalEntry call = Calls("CreateFileW").front();
     EXPECT_EQ(call["access"], "0");
@@ -193,12 +193,12 @@ TEST_F(HidStrings, NeedNoAccessRightOnTheDevice) {
 
 TEST_F(HidStrings, AreFalseWhenTheDeviceCannotBeOpened) {
     Fail("CreateFileW", 1, ERROR_ACCESS_DENIED);
-    EXPECT_FALSE(ReadHidStrings(kPath, record));
+    EXPECT_FALSE(ReadHidStrings(kHidPath, record));
     EXPECT_EQ(record.name, L"old name");
 }
 
 TEST_F(HidStrings, AreReadIntoOneBufferOfWhichHalfIsOffered) {
-    EXPECT_TRUE(ReadHidStrings(kPath, record));
+    EXPECT_TRUE(ReadHidStrings(kHidPath, record));
     EXPECT_THAT(Arguments("HidD_GetProductString", "size"), ElementsAre("260"));
     EXPECT_THAT(Arguments("HidD_GetManufacturerString", "size"), ElementsAre("260"));
     EXPECT_EQ(Arguments("HidD_GetProductString", "buffer"),
@@ -223,7 +223,7 @@ TEST_F(HidStrings, ReplaceWhatTheDeviceHasOneByOne) {
         record.name = L"old name";
         record.manufacturer = L"old maker";
         GiveStrings(strings.product, strings.maker);
-        EXPECT_TRUE(ReadHidStrings(kPath, record));
+        EXPECT_TRUE(ReadHidStrings(kHidPath, record));
         EXPECT_EQ(record.name, strings.name);
         EXPECT_EQ(record.manufacturer, strings.manufacturer);
     }
@@ -238,7 +238,7 @@ BOOLEAN NTAPI FillWithoutTerminator(HANDLE, void* buffer, ULONG size) {
 TEST_F(HidStrings, EndBehindTheOfferedHalfWhenThereIsNoTerminator) {
     const ImportOverride<decltype(::HidD_GetProductString)> handMade("HidD_GetProductString",
                                                                      FillWithoutTerminator);
-    EXPECT_TRUE(ReadHidStrings(kPath, record));
+    EXPECT_TRUE(ReadHidStrings(kHidPath, record));
     EXPECT_EQ(record.name, std::wstring(130, L'x'));
     EXPECT_EQ(record.manufacturer, L"Maker");
 }

@@ -40,13 +40,13 @@ void InstallTestFake(ImportRedirection& redirection) {
         "GetCurrentProcessId", FakeGetCurrentProcessId);
 }
 
-HMODULE ThisProgram() { return GetModuleHandleW(nullptr); }
+HMODULE OwnModule() { return GetModuleHandleW(nullptr); }
 
 TEST(SimulatedMachine, IsInForceWhileItLivesAndAllowsNoOther) {
     EXPECT_EQ(CurrentWorld(), nullptr);
     {
-        SimulatedMachine machine(ThisProgram(), Machine(), {InstallTestFake});
-        EXPECT_THROW(SimulatedMachine(ThisProgram(), Machine(), {}), std::logic_error);
+        SimulatedMachine machine(OwnModule(), Machine(), {InstallTestFake});
+        EXPECT_THROW(SimulatedMachine(OwnModule(), Machine(), {}), std::logic_error);
         EXPECT_EQ(CurrentWorld(), &machine.world());
         EXPECT_EQ(GetCurrentProcessId(), 4711u);
     }
@@ -58,14 +58,14 @@ TEST(SimulatedMachine, LeavesNothingBehindWhenAFamilyFails) {
     const FakeFamily broken = [](ImportRedirection& redirection) {
         redirection.Redirect("NoSuchFunctionW", nullptr);
     };
-    EXPECT_THROW(SimulatedMachine(ThisProgram(), Machine(), {InstallTestFake, broken}),
+    EXPECT_THROW(SimulatedMachine(OwnModule(), Machine(), {InstallTestFake, broken}),
                  std::invalid_argument);
     EXPECT_EQ(CurrentWorld(), nullptr);
     EXPECT_NE(GetCurrentProcessId(), 4711u);
 }
 
 TEST(FakeCall, JournalsArgumentsResultAndError) {
-    SimulatedMachine machine(ThisProgram(), Machine(), {InstallTestFake});
+    SimulatedMachine machine(OwnModule(), Machine(), {InstallTestFake});
     SetLastError(0xDEAD);
     GetCurrentProcessId();
     EXPECT_EQ(GetLastError(), 0xDEADu) << "a call that succeeds changed the last error";
@@ -86,7 +86,7 @@ TEST(FakeCall, JournalsArgumentsResultAndError) {
 
 TEST(FakeCall, PassesTheCallersLastErrorOnToTheSystem) {
     const DWORD processId = GetCurrentProcessId();
-    SimulatedMachine machine(ThisProgram(), Machine(), {InstallPassingFake});
+    SimulatedMachine machine(OwnModule(), Machine(), {InstallPassingFake});
     SetLastError(0xDEAD);
     EXPECT_EQ(GetCurrentProcessId(), processId);
     EXPECT_EQ(GetLastError(), 0xDEADu);

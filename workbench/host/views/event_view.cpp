@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <optional>
-#include <regex>
 
 #include "common/text.h"
 #include "host/machine_time.h"
@@ -17,13 +16,17 @@ namespace {
 
 /// The bytes behind "0x0a0x00..."; nothing when the text is not of that form.
 std::optional<std::string> ParseHexText(const std::string& text) {
-    static const std::regex kForm("(0x[0-9a-f]{2})*");
-    if (!std::regex_match(text, kForm)) {
+    if (text.size() % 4 != 0) {
         return std::nullopt;
     }
     std::string bytes;
-    for (std::size_t i = 2; i < text.size(); i += 4) {
-        bytes += static_cast<char>(std::stoi(text.substr(i, 2), nullptr, 16));
+    for (std::size_t i = 0; i < text.size(); i += 4) {
+        const std::string digits = text.substr(i + 2, 2);
+        if (text.compare(i, 2, "0x") != 0 ||
+            digits.find_first_not_of("0123456789abcdef") != std::string::npos) {
+            return std::nullopt;
+        }
+        bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
     }
     return bytes;
 }

@@ -1,5 +1,6 @@
 #include <ctime>
 
+#include "simulation/compiler_runtime.h"
 #include "simulation/fake_call.h"
 #include "simulation/fakes/families.h"
 
@@ -9,6 +10,7 @@ namespace {
 decltype(::_time64)* realTime64 = nullptr;
 decltype(::GetSystemTimeAsFileTime)* realGetSystemTimeAsFileTime = nullptr;
 decltype(::QueryPerformanceCounter)* realQueryPerformanceCounter = nullptr;
+runtime::CounterFunction* realSteadyCounter = nullptr;
 
 __time64_t __cdecl FakeTime64(__time64_t* seconds) {
     FakeCall call("_time64");
@@ -26,6 +28,15 @@ void WINAPI FakeGetSystemTimeAsFileTime(FILETIME* fileTime) {
     call.PassTo(realGetSystemTimeAsFileTime, fileTime);
 }
 
+LONGLONG CountsOf(std::chrono::nanoseconds steady) {
+    LARGE_INTEGER frequency;
+    QueryPerformanceFrequency(&frequency);
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(steady);
+    // Whole seconds apart from the rest: the product of all of it would not fit.
+    return seconds.count() * frequency.QuadPart +
+           (steady - seconds).count() * frequency.QuadPart / 1'000'000'000;
+}
+
 BOOL WINAPI FakeQueryPerformanceCounter(LARGE_INTEGER* count) {
     FakeCall call("QueryPerformanceCounter");
     if (call.PlannedFault()) {
@@ -35,13 +46,14 @@ BOOL WINAPI FakeQueryPerformanceCounter(LARGE_INTEGER* count) {
     if (!steady) {
         return call.PassTo(realQueryPerformanceCounter, count);
     }
-    LARGE_INTEGER frequency;
-    QueryPerformanceFrequency(&frequency);
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(*steady);
-    // Whole seconds apart from the rest: the product of all of it would not fit.
-    count->QuadPart = seconds.count() * frequency.QuadPart +
-                      (*steady - seconds).count() * frequency.QuadPart / 1'000'000'000;
+    count->QuadPart = CountsOf(*steady);
     return call.Returns(TRUE);
+}
+
+long long __cdecl FakeSteadyCounter() {
+    FakeCall call("QueryPerformanceCounter");
+    const auto steady = call.world().clock.Steady();
+    return steady ? call.Returns<long long>(CountsOf(*steady)) : call.PassTo(realSteadyCounter);
 }
 
 }  // namespace
@@ -51,6 +63,7 @@ void InstallTimeFakes(ImportRedirection& redirection) {
         {"_time64", FakeTime64, &realTime64},
         {"GetSystemTimeAsFileTime", FakeGetSystemTimeAsFileTime, &realGetSystemTimeAsFileTime},
         {"QueryPerformanceCounter", FakeQueryPerformanceCounter, &realQueryPerformanceCounter},
+        {runtime::kSteadyCounter, FakeSteadyCounter, &realSteadyCounter},
     });
 }
 
