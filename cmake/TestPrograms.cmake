@@ -1,5 +1,5 @@
 # tallyport_add_test_program(NAME <name> LABEL <label>... SOURCES <file>... [LIBRARIES <target>...]
-#                            [TIMEOUT <seconds>] [ACCELERATED [SPEED <n>]] [HEADERS_OF <target>]
+#                            [ACCELERATED [SPEED <n>]] [HEADERS_OF <target>]
 #                            [ONLY_IN_WINE <reason>])
 #
 # Builds a GoogleTest program and registers it as one CTest entry. Cross-built programs run in Wine
@@ -14,7 +14,7 @@
 # and tests/.
 function(tallyport_add_test_program)
     cmake_parse_arguments(PARSE_ARGV 0 arg
-        "ACCELERATED" "NAME;TIMEOUT;SPEED;HEADERS_OF;ONLY_IN_WINE" "LABEL;SOURCES;LIBRARIES")
+        "ACCELERATED" "NAME;SPEED;HEADERS_OF;ONLY_IN_WINE" "LABEL;SOURCES;LIBRARIES")
     foreach(required NAME LABEL SOURCES)
         if(NOT arg_${required})
             message(FATAL_ERROR "tallyport_add_test_program: ${required} is missing")
@@ -22,9 +22,6 @@ function(tallyport_add_test_program)
     endforeach()
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "tallyport_add_test_program: unknown '${arg_UNPARSED_ARGUMENTS}'")
-    endif()
-    if(NOT arg_TIMEOUT)
-        set(arg_TIMEOUT 300)
     endif()
     if(NOT arg_SPEED)
         set(arg_SPEED 36000)
@@ -45,7 +42,7 @@ function(tallyport_add_test_program)
     endforeach()
 
     if(CMAKE_CROSSCOMPILING)
-        set(runner "${PROJECT_SOURCE_DIR}/tools/wine/run_test" --timeout ${arg_TIMEOUT})
+        set(runner "${PROJECT_SOURCE_DIR}/tools/wine/run_test" --timeout 900)
         if(TALLYPORT_CHECKED)
             list(APPEND runner --check-heap)
         endif()
@@ -66,9 +63,8 @@ function(tallyport_add_test_program)
     endif()
 
     # run_test ends the program itself and says so; CTest's own limit is the net below it.
-    math(EXPR net "${arg_TIMEOUT} + 60")
     set_tests_properties(${arg_NAME} PROPERTIES
-        LABELS "${arg_LABEL}" TIMEOUT ${net} RUN_SERIAL ${arg_ACCELERATED})
+        LABELS "${arg_LABEL}" TIMEOUT 960 RUN_SERIAL ${arg_ACCELERATED})
 endfunction()
 
 # tallyport_add_skipped_test(<name> <labels> <reason>): what this machine cannot run.

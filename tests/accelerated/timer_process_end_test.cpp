@@ -8,6 +8,7 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -22,27 +23,21 @@ protected:
     }
 };
 
-TEST_F(EndOfTheProcess, IsAStopFromACallbackWithTheResourceDeadlockError) {
-    const test_support::ChildResult result = RunScenario(L"stop-from-callback");
-    EXPECT_TRUE(result.finished) << result.output;
-    EXPECT_THAT(result.output, HasSubstr("resource deadlock"));
-    EXPECT_THAT(result.output, Not(HasSubstr("survived")));
-    EXPECT_EQ(result.exitCode, 71u);
-}
-
-TEST_F(EndOfTheProcess, IsAnExceptionThatLeavesACallback) {
-    const test_support::ChildResult result = RunScenario(L"throw-from-callback");
-    EXPECT_TRUE(result.finished) << result.output;
-    EXPECT_THAT(result.output, HasSubstr("exception: from the callback"));
-    EXPECT_EQ(result.exitCode, 72u);
-}
-
-TEST_F(EndOfTheProcess, IsASecondStartWhileTheLoopRuns) {
-    const test_support::ChildResult result = RunScenario(L"second-start");
-    EXPECT_TRUE(result.finished) << result.output;
-    EXPECT_THAT(result.output, HasSubstr("no exception"));
-    EXPECT_THAT(result.output, Not(HasSubstr("survived")));
-    EXPECT_EQ(result.exitCode, 73u);
+TEST_F(EndOfTheProcess, IsWhatMustNotBeDone) {
+    struct Misuse {
+        const wchar_t* scenario;
+        const char* said;
+        DWORD exitCode;
+    };
+    for (const auto& [scenario, said, exitCode] :
+         {Misuse{L"stop-from-callback", "resource deadlock", 71},
+          Misuse{L"throw-from-callback", "exception: from the callback", 72},
+          Misuse{L"second-start", "no exception", 73}}) {
+        const test_support::ChildResult result = RunScenario(scenario);
+        EXPECT_TRUE(result.finished) << result.output;
+        EXPECT_THAT(result.output, AllOf(HasSubstr(said), Not(HasSubstr("survived"))));
+        EXPECT_EQ(result.exitCode, exitCode);
+    }
 }
 
 TEST_F(EndOfTheProcess, BeginsWithAManagerThatWasMadeOnFirstUse) {

@@ -7,9 +7,9 @@
 #include <set>
 
 #include "faults/fault_table.h"
-#include "simulation/compiler_runtime.h"
 #include "simulation/import_redirection.h"
 #include "support/plugin_module.h"
+#include "support/runtime_waits.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ bool IsSpokenForElsewhere(const std::string& library) {
     static const std::set<std::string> libraries{
         "KERNEL32.dll", "BoardInfo.dll", "ConsentStore.dll", "EditionAdapt.dll",
         "FileKit.dll",  "LogKit.dll",    "WmiKit.dll",       "xeevent.dll"};
-    return libraries.count(library) != 0 || simulation::runtime::IsLibrary(library);
+    return libraries.count(library) != 0 || test_support::IsRuntimeLibrary(library);
 }
 
 TEST(Imports, AreAllMadeToFailOrHaveAReasonNotToBe) {

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "simulation/compiler_runtime.h"
+#include "support/runtime_waits.h"
 
 namespace test_support {
 namespace {
@@ -12,7 +12,7 @@ constexpr DWORD kLongWait = 30 * 60 * 1000;
 std::atomic<std::size_t> longWaits{0};
 std::atomic<DWORD> latestWait{0};
 
-DWORD NoteWait(DWORD milliseconds, const simulation::runtime::Wait& wait) {
+DWORD NoteWait(DWORD milliseconds, const Wait& wait) {
     if (milliseconds >= kLongWait && milliseconds != INFINITE) {
         latestWait = milliseconds;
         ++longWaits;
@@ -24,7 +24,7 @@ DWORD NoteWait(DWORD milliseconds, const simulation::runtime::Wait& wait) {
 
 LoopWaitProbe::LoopWaitProbe(HMODULE module) : redirection(module) {
     longWaits = 0;
-    simulation::runtime::RedirectWaits(redirection, &NoteWait);
+    RedirectWaits(redirection, &NoteWait);
 }
 
 bool LoopWaitProbe::LoopWaits(std::size_t count, std::chrono::milliseconds limit) const {

@@ -9,44 +9,38 @@ namespace test_support {
 /// available to the test, and the class needs no friend:
 ///
 ///     struct Tick {
-///         using Type = std::int32_t TimerReportMgr::*;
-///         friend Type Address(Tick);
+///         friend auto Address(Tick);
 ///     };
 ///     template struct test_support::PrivateMember<Tick, &TimerReportMgr::tickHours_>;
 ///
 ///     std::int32_t tick = manager.*Address(Tick{});
-template <class Tag, typename Tag::Type Pointer>
+template <class Tag, auto Pointer>
 struct PrivateMember {
-    friend typename Tag::Type Address(Tag) { return Pointer; }
+    friend auto Address(Tag) { return Pointer; }
 };
 
 struct TickHours {
-    using Type = std::int32_t TimerReportMgr::*;
-    friend Type Address(TickHours);
+    friend auto Address(TickHours);
 };
 template struct PrivateMember<TickHours, &TimerReportMgr::tickHours_>;
 
 struct WakeCondition {
-    using Type = std::condition_variable TimerReportMgr::*;
-    friend Type Address(WakeCondition);
+    friend auto Address(WakeCondition);
 };
 template struct PrivateMember<WakeCondition, &TimerReportMgr::wakeCond_>;
 
 struct LoopThread {
-    using Type = std::thread TimerReportMgr::*;
-    friend Type Address(LoopThread);
+    friend auto Address(LoopThread);
 };
 template struct PrivateMember<LoopThread, &TimerReportMgr::thread_>;
 
 struct RunningFlag {
-    using Type = std::atomic<bool> TimerReportMgr::*;
-    friend Type Address(RunningFlag);
+    friend auto Address(RunningFlag);
 };
 template struct PrivateMember<RunningFlag, &TimerReportMgr::running_>;
 
 struct WaitMutex {
-    using Type = std::mutex TimerReportMgr::*;
-    friend Type Address(WaitMutex);
+    friend auto Address(WaitMutex);
 };
 template struct PrivateMember<WaitMutex, &TimerReportMgr::waitMutex_>;
 

@@ -3,8 +3,8 @@
 #include <atomic>
 #include <chrono>
 
-#include "simulation/compiler_runtime.h"
 #include "support/comes_true.h"
+#include "support/runtime_waits.h"
 
 namespace device_monitor_test {
 namespace {
@@ -20,7 +20,7 @@ std::atomic<bool> tickIsDue{false};
 std::atomic<DWORD> latestEndlessWaiter{0};
 
 /// Waits in slices, so that the wait can be ended from outside.
-DWORD WaitForTick(DWORD milliseconds, const simulation::runtime::Wait& wait) {
+DWORD WaitForTick(DWORD milliseconds, const test_support::Wait& wait) {
     if (milliseconds == INFINITE) {
         latestEndlessWaiter = GetCurrentThreadId();
     }
@@ -47,8 +47,8 @@ PassingHours::PassingHours(HMODULE module, simulation::World& worldOfTest)
     longWaits = 0;
     tickIsDue = false;
     latestEndlessWaiter = 0;
-    simulation::runtime::RedirectWaits(redirection, &WaitForTick);
-    simulation::runtime::RedirectClocks(redirection);
+    test_support::RedirectWaits(redirection, &WaitForTick);
+    test_support::RedirectClocks(redirection);
 }
 
 bool PassingHours::LoopWaits() const { return LoopWaitsFor(1); }
@@ -66,12 +66,12 @@ bool PassingHours::PassTick(std::chrono::milliseconds onTheWallClock,
 void PassingHours::EndWait(std::chrono::milliseconds onTheWallClock,
                            std::chrono::milliseconds onTheSteadyClock) {
     MoveClocks(onTheWallClock, onTheSteadyClock);
-    simulation::runtime::MoveClocks(0h, 1h);
+    test_support::MoveClocks(0h, 1h);
     tickIsDue = true;
 }
 
 void PassingHours::MoveClocks(std::chrono::milliseconds wall, std::chrono::milliseconds steady) {
-    simulation::runtime::MoveClocks(wall, 0h);
+    test_support::MoveClocks(wall, 0h);
     world.clock.Advance(steady);
 }
 

@@ -25,7 +25,7 @@ using workbench::ToWide;
 struct Refusal {
     std::vector<std::wstring> arguments;
     std::string message;
-    std::string content;  ///< Of the file "{}\given".
+    std::string content{};  ///< Of the file "{}\given".
 };
 
 std::ostream& operator<<(std::ostream& stream, const Refusal& refusal) {
@@ -86,42 +86,30 @@ TEST_P(HostBadInput, EndsInOneLineBeforeAnythingIsDone) {
 INSTANTIATE_TEST_SUITE_P(
     Options, HostBadInput,
     testing::Values(
-        Refusal{{L"--dayz", L"3"}, "there is no option '--dayz'; see tallyport_host --help", {}},
+        Refusal{{L"--dayz", L"3"}, "there is no option '--dayz'; see tallyport_host --help"},
         Refusal{{L"--days", L"three"},
-                "--days: 'three' is not a whole number from 0 to 36500; see tallyport_host --help",
-                {}},
+                "--days: 'three' is not a whole number from 0 to 36500; see tallyport_host --help"},
         Refusal{{L"--hours", L"-1"},
-                "--hours: '-1' is not a whole number from 0 to 876000; see tallyport_host --help",
-                {}},
+                "--hours: '-1' is not a whole number from 0 to 876000; see tallyport_host --help"},
         Refusal{{L"--seconds", L"1", L"--seconds", L"2"},
-                "--seconds: At Most 1 required but received 2; see tallyport_host --help",
-                {}},
-        Refusal{
-            {L"--machine"}, "--machine: 1 required FILE missing; see tallyport_host --help", {}},
+                "--seconds: At Most 1 required but received 2; see tallyport_host --help"},
+        Refusal{{L"--machine"}, "--machine: 1 required FILE missing; see tallyport_host --help"},
         Refusal{{L"--fresh", L"--keep-state"},
-                "--keep-state excludes --fresh; see tallyport_host --help",
-                {}},
+                "--keep-state excludes --fresh; see tallyport_host --help"},
         Refusal{{L"--list-devices", L"--events", L"{}\\kept"},
-                "--events is for a run, and --list-devices starts none; leave one of them out",
-                {}},
+                "--events is for a run, and --list-devices starts none; leave one of them out"},
         Refusal{{L"--fresh", L"--list-devices"},
-                "--fresh is for a run, and --list-devices starts none; leave one of them out",
-                {}},
+                "--fresh is for a run, and --list-devices starts none; leave one of them out"},
         Refusal{{L"--from", L"{}\\given"},
-                "--from shows a record as a page; name the page's file with --page",
-                {}},
+                "--from shows a record as a page; name the page's file with --page"},
         Refusal{{L"--page", L"{}\\kept", L"--from-log", L"{}\\given"},
-                "--from-log goes with a record of events; name that with --from",
-                {}},
+                "--from-log goes with a record of events; name that with --from"},
         Refusal{{L"--page", L"{}\\kept", L"--from", L"{}\\given", L"--seconds", L"1"},
-                "--seconds is for a run, and --from starts none; leave one of them out",
-                {}},
+                "--seconds is for a run, and --from starts none; leave one of them out"},
         Refusal{{L"--events", L"{}\\kept", L"--log", L"{}\\.\\KEPT"},
-                "--events and --log name the same file, '{}\\kept'; name two",
-                {}},
+                "--events and --log name the same file, '{}\\kept'; name two"},
         Refusal{{L"--script", L"{}\\given", L"--page", L"{}\\given"},
-                "--script and --page name the same file, '{}\\given'; name two",
-                {}}));
+                "--script and --page name the same file, '{}\\given'; name two"}));
 
 std::string FileError(DWORD error) { return Win32ErrorText(error) + "; name another file"; }
 
@@ -129,31 +117,23 @@ INSTANTIATE_TEST_SUITE_P(
     Files, HostBadInput,
     testing::Values(
         Refusal{{L"--script", L"{}\\none", L"--events", L"{}\\kept"},
-                "cannot read the script '{}\\none': " + FileError(ERROR_FILE_NOT_FOUND),
-                {}},
+                "cannot read the script '{}\\none': " + FileError(ERROR_FILE_NOT_FOUND)},
         Refusal{{L"--machine", L"{}"},
-                "cannot read the machine file '{}': " + FileError(ERROR_ACCESS_DENIED),
-                {}},
+                "cannot read the machine file '{}': " + FileError(ERROR_ACCESS_DENIED)},
         Refusal{{L"--page", L"{}\\kept", L"--from", L"{}\\none"},
-                "cannot read the record of events '{}\\none': " + FileError(ERROR_FILE_NOT_FOUND),
-                {}},
+                "cannot read the record of events '{}\\none': " + FileError(ERROR_FILE_NOT_FOUND)},
         Refusal{
             {L"--events", L"{}\\none\\a", L"--log", L"{}\\kept"},
-            "cannot write the file of --events, '{}\\none\\a': " + FileError(ERROR_PATH_NOT_FOUND),
-            {}},
+            "cannot write the file of --events, '{}\\none\\a': " + FileError(ERROR_PATH_NOT_FOUND)},
         Refusal{{L"--events", L"{}\\new", L"--log", L"{}"},
-                "cannot write the file of --log, '{}': " + FileError(ERROR_ACCESS_DENIED),
-                {}},
+                "cannot write the file of --log, '{}': " + FileError(ERROR_ACCESS_DENIED)},
         Refusal{
             {L"--page", L"{}\\none\\a", L"--seconds", L"1"},
-            "cannot write the file of --page, '{}\\none\\a': " + FileError(ERROR_PATH_NOT_FOUND),
-            {}},
+            "cannot write the file of --page, '{}\\none\\a': " + FileError(ERROR_PATH_NOT_FOUND)},
         Refusal{{L"--page", L"{}", L"--from", L"{}\\given"},
-                "cannot write the file of --page, '{}': " + FileError(ERROR_ACCESS_DENIED),
-                {}},
+                "cannot write the file of --page, '{}': " + FileError(ERROR_ACCESS_DENIED)},
         Refusal{{L"--plugin", L"{}\\none.dll", L"--events", L"{}\\kept"},
-                "there is no plug-in '{}\\none.dll'; name the DLL's file with --plugin",
-                {}}));
+                "there is no plug-in '{}\\none.dll'; name the DLL's file with --plugin"}));
 
 constexpr char kWithEvent[] =
     R"({"time":"2026-11-20T18:54:03.120Z","id":992614500,"fields":[{"key":"P","value":"X"}]})"
@@ -204,8 +184,7 @@ std::string StepThrew(const std::string& step, const std::string& what = ": no l
 }
 
 Refusal OfPlugin(const wchar_t* fileName, const std::string& message) {
-    return {
-        {L"--seconds", L"0", L"--plugin", L"{plugins}\\" + std::wstring(fileName)}, message, {}};
+    return {{L"--seconds", L"0", L"--plugin", L"{plugins}\\" + std::wstring(fileName)}, message};
 }
 
 class HostBadPlugin : public HostRefusal {};
@@ -220,8 +199,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Refusal{{L"--plugin", L"{}\\text.dll"},
                 "cannot load the plug-in '{}\\text.dll': " + Win32ErrorText(ERROR_BAD_EXE_FORMAT) +
-                    "; is it a 64-bit Windows library?",
-                {}},
+                    "; is it a 64-bit Windows library?"},
         OfPlugin(L"refusing_in_load.dll",
                  "cannot load the plug-in '{plugins}\\refusing_in_load.dll': " +
                      Win32ErrorText(ERROR_DLL_INIT_FAILED) +

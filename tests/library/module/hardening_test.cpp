@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "library/module/module_image.h"
-#include "simulation/compiler_runtime.h"
 #include "simulation/import_redirection.h"
 #include "support/plugin_module.h"
+#include "support/runtime_waits.h"
 
 namespace {
 
@@ -48,16 +48,13 @@ TEST_F(HardenedLibrary, IsA64BitLibrary) {
     EXPECT_NE(header.Characteristics & IMAGE_FILE_DLL, 0);
 }
 
-TEST_F(HardenedLibrary, IsLoadedAtARandomAddressOfTheWholeAddressSpace) {
+TEST_F(HardenedLibrary, IsLoadedAtARandomAddressAndItsDataCannotBeExecuted) {
     EXPECT_TRUE(HasProtection(IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE));
     EXPECT_TRUE(HasProtection(IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA));
     // Without relocations the loader cannot move it, whatever the flags say.
     const IMAGE_NT_HEADERS& headers = module_test::ImageHeaders(module.Handle());
     EXPECT_EQ(headers.FileHeader.Characteristics & IMAGE_FILE_RELOCS_STRIPPED, 0);
     EXPECT_NE(headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_BASERELOC].Size, 0u);
-}
-
-TEST_F(HardenedLibrary, HasNoDataThatCanBeExecuted) {
     EXPECT_TRUE(HasProtection(IMAGE_DLLCHARACTERISTICS_NX_COMPAT));
 }
 
@@ -81,7 +78,7 @@ TEST_F(HardenedLibrary, ImportsFromTheSystemAndTheSuiteOnly) {
     // No other library of the compiler: it would have to travel along, and could be replaced on the
     // way.
     std::vector<std::string> imported = module_test::ImportedLibraries(module.Handle());
-    imported.erase(std::remove_if(imported.begin(), imported.end(), simulation::runtime::IsLibrary),
+    imported.erase(std::remove_if(imported.begin(), imported.end(), test_support::IsRuntimeLibrary),
                    imported.end());
     const std::vector<std::string> allowed = {"advapi32.dll",     "api-ms-win-core-path-l1-1-0.dll",
                                               "boardinfo.dll",    "cfgmgr32.dll",

@@ -58,9 +58,9 @@ Classified Classify(const std::vector<DeviceInfo>& devices) {
 struct Sorted {
     const char* about;
     Ids ids;
-    Ids hid;
-    Ids bluetooth;
-    Ids other;
+    Ids hid{};
+    Ids bluetooth{};
+    Ids other{};
 };
 
 Ids IdsOf(const std::vector<DeviceInfo>& list) {
@@ -76,8 +76,7 @@ TEST(Classification, GoesByTheBeginOfTheIdAndKeepsTheMapsOrder) {
              Sorted{"the markers",
                     {L"HID\\1", L"HID", L"HIDX", L"BTHENUM\\1", L"BTH", L"BTHLE\\1"},
                     {L"HID", L"HIDX", L"HID\\1"},
-                    {L"BTH", L"BTHENUM\\1", L"BTHLE\\1"},
-                    {}},
+                    {L"BTH", L"BTHENUM\\1", L"BTHLE\\1"}},
              Sorted{"not at the begin",
                     {L"USB\\HID\\1", L" HID\\1", L"USB\\BTH\\1", L"XHIDBTH"},
                     {},
@@ -86,8 +85,7 @@ TEST(Classification, GoesByTheBeginOfTheIdAndKeepsTheMapsOrder) {
              Sorted{"both",
                     {L"HIDBTH", L"BTHHID", L"HID\\{0}_DEV_VID&BTH", L"BTHENUM\\HID"},
                     {L"HIDBTH", L"HID\\{0}_DEV_VID&BTH"},
-                    {L"BTHENUM\\HID", L"BTHHID"},
-                    {}},
+                    {L"BTHENUM\\HID", L"BTHHID"}},
              Sorted{"letter case and parts",
                     {L"hid\\1", L"Hid\\1", L"bth\\1", L"HI", L"BT", L"B"},
                     {},
@@ -98,7 +96,7 @@ TEST(Classification, GoesByTheBeginOfTheIdAndKeepsTheMapsOrder) {
                     {},
                     {},
                     {L"USB", L"USB\\1", L"USB\u00E9", L"USB\xD83D\xDDA8", L"USB\uFF01"}},
-             Sorted{"nothing", {}, {}, {}, {}},
+             Sorted{"nothing", {}},
          }) {
         SCOPED_TRACE(sorted.about);
         std::vector<DeviceInfo> devices{Removable(L"SWD\\REMOVABLE")};

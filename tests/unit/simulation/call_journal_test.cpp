@@ -16,16 +16,6 @@ void Note(CallJournal& journal, const char* function, std::vector<CallArgument> 
     journal.Finish(journal.Begin(function), std::move(arguments), "1", 0);
 }
 
-TEST(CallJournal, KeepsCallsInTheOrderInWhichTheyBegan) {
-    CallJournal journal;
-    const auto outer = journal.Begin("LoadLibraryW");
-    Note(journal, "GetProcAddress");
-    journal.Finish(outer, {}, "0x10", 0);
-    Note(journal, "FreeLibrary");
-    EXPECT_THAT(journal.Names(), ElementsAre("LoadLibraryW", "GetProcAddress", "FreeLibrary"));
-    EXPECT_EQ(journal.Entries()[2].sequence, 2u);
-}
-
 TEST(CallJournal, ComplainsAboutAnArgumentThatWasNotJournalled) {
     CallJournal journal;
     Note(journal, "SetupDiGetClassDevsW", {{"flags", "6"}, {"window", "null"}});

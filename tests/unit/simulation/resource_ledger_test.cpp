@@ -66,15 +66,5 @@ TEST(ResourceLedger, ExpectsAValueBackAsOftenAsItWasEntered) {
     EXPECT_EQ(ledger.CountAcquired(ResourceKind::ModuleReference), 2u);
 }
 
-TEST(ResourceLedger, AcceptsAnAddressThatTheHeapGivesAgain) {
-    ResourceLedger ledger;
-    int block = 0;
-    for (int round = 0; round < 2; ++round) {
-        ledger.Adopt(ResourceKind::HeapBlock, &block);
-        EXPECT_TRUE(ledger.Release(ResourceKind::HeapBlock, &block));
-    }
-    EXPECT_TRUE(ledger.Balanced()) << ledger;
-}
-
 }  // namespace
 }  // namespace simulation

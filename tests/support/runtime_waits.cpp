@@ -1,11 +1,16 @@
-#include "simulation/compiler_runtime.h"
+#include "support/runtime_waits.h"
 
 #include <atomic>
 #include <cstring>
 #include <string_view>
 
-namespace simulation::runtime {
+#include "simulation/compiler_runtime.h"
+
+namespace test_support {
 namespace {
+
+using simulation::ImportRedirection;
+using simulation::runtime::CounterFunction;
 
 using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
 
@@ -184,7 +189,7 @@ long long __cdecl MovedWallTicks() {
 
 }  // namespace
 
-bool IsLibrary(const std::string& name) {
+bool IsRuntimeLibrary(const std::string& name) {
 #if defined(_MSC_VER)
     for (const char* known : {"msvcp140", "ucrtbase", "vcruntime140", "api-ms-win-crt-"}) {
         if (_strnicmp(name.c_str(), known, std::strlen(known)) == 0) {
@@ -228,4 +233,4 @@ void MoveClocks(std::chrono::milliseconds wall, std::chrono::milliseconds waitin
     waitingAhead += waiting.count();
 }
 
-}  // namespace simulation::runtime
+}  // namespace test_support
