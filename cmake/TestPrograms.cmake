@@ -42,7 +42,7 @@ function(tallyport_add_test_program)
     endforeach()
 
     if(CMAKE_CROSSCOMPILING)
-        set(runner "${PROJECT_SOURCE_DIR}/tools/wine/run_test" --timeout 900)
+        set(runner "${PROJECT_SOURCE_DIR}/tools/wine/run_test")
         if(TALLYPORT_CHECKED)
             list(APPEND runner --check-heap)
         endif()
