@@ -1,4 +1,4 @@
-// The table of what is laid down for each failure: the files in scenarios/ and expected/.
+// The table of what each failure does: the files in scenarios/ and expected/.
 #pragma once
 
 #include <map>
@@ -25,8 +25,8 @@ struct Scenario {
 /// One call failing in one way.
 struct FaultRun {  // NOLINT(bugprone-exception-escape): Json's order copies when it moves
     PlannedFault fault;
-    Json expected;     ///< The outcome that is laid down; null where the process ends.
-    std::string ends;  ///< What the process says when it ends by the fault, as laid down.
+    Json expected;     ///< The expected outcome; null where the process ends.
+    std::string ends;  ///< What the process says when it ends by the fault.
 };
 
 /// A row of the table, which FaultGroup explains.

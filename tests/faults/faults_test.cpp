@@ -1,5 +1,5 @@
 // Each call of the system and the suite that the plug-in makes, failing in each way that it may:
-// what is laid down for it happens, everything else is delivered, nothing is left behind.
+// what is expected of it happens, everything else is delivered, nothing is left behind.
 #include <windows.h>
 #include <gtest/gtest.h>
 
@@ -99,7 +99,7 @@ bool FailedWhereMeant(const PlannedFault& fault, const Played& normal, const Pla
     });
 }
 
-/// Empty when the run ended as laid down, else what was different.
+/// Empty when the run ended as expected, else what was different.
 std::string PlayHere(const Rehearsed& rehearsed, const FaultRun& run) {
     const Played played = PlayScenario(rehearsed.scenario.scene, {run.fault});
     if (!played.faultsWereMet) {

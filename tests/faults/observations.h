@@ -1,4 +1,4 @@
-// What a scenario left behind, in the form in which it is compared with what is laid down.
+// What a scenario left behind, in the form in which it is compared with what is expected.
 #pragma once
 
 #include <windows.h>

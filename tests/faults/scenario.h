@@ -10,7 +10,7 @@
 
 namespace faults_test {
 
-/// Keeps the order of members, which is laid down for an event's fields.
+/// Keeps the order of members, which matters for an event's fields.
 using Json = nlohmann::ordered_json;
 
 /// What a scenario plays on.
