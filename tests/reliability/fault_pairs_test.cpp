@@ -1,5 +1,5 @@
-// Two calls of one life made to fail, chosen at random. What then has to happen differs from pair to
-// pair; what must not happen is the same for all.
+// Two calls of one life made to fail, chosen at random. What then has to happen differs from pair
+// to pair; what must not happen is the same for all.
 #include <gtest/gtest.h>
 
 #include <algorithm>

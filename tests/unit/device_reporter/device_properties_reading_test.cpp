@@ -135,16 +135,16 @@ TEST_F(PropertyReading, NamesADeviceByItsFriendlyNameThenByItsName) {
 
 // --- Where they are filed ---
 
-using Field = std::wstring DeviceInfo::*;
+using FieldOfDevice = std::wstring DeviceInfo::*;
 
-constexpr Field kAllFields[] = {&DeviceInfo::instanceId, &DeviceInfo::parent,
-                                &DeviceInfo::name,       &DeviceInfo::manufacturer,
-                                &DeviceInfo::className,  &DeviceInfo::description,
-                                &DeviceInfo::vendorId,   &DeviceInfo::containerId};
+constexpr FieldOfDevice kAllFields[] = {&DeviceInfo::instanceId, &DeviceInfo::parent,
+                                        &DeviceInfo::name,       &DeviceInfo::manufacturer,
+                                        &DeviceInfo::className,  &DeviceInfo::description,
+                                        &DeviceInfo::vendorId,   &DeviceInfo::containerId};
 
 struct Filing {
     DEVPROPKEY key;
-    Field target;
+    FieldOfDevice target;
     bool merges;
 };
 
@@ -161,7 +161,7 @@ std::vector<Filing> Filings() {
 /// A record whose every text is "old".
 DeviceInfo FilledRecord() {
     DeviceInfo record;
-    for (Field field : kAllFields) {
+    for (FieldOfDevice field : kAllFields) {
         record.*field = L"old";
     }
     return record;
@@ -174,7 +174,7 @@ TEST_F(PropertyReading, ReplacesOrMergesOneFieldAndTouchesNoOther) {
             GiveDevice({DeviceProperty::String(key, text)});
             const DeviceInfo record = Read(FilledRecord());
             const std::wstring merged = text == L"new" ? L"old\nnew" : L"old";
-            for (Field field : kAllFields) {
+            for (FieldOfDevice field : kAllFields) {
                 EXPECT_EQ(record.*field, field != target ? L"old" : merges ? merged : text);
             }
             EXPECT_FALSE(record.isRemovable);
