@@ -7,8 +7,8 @@
 #include <new>
 
 #include "device_reporter/edid.h"
-#include "device_reporter/scoped_device_handles.h"
 #include "report/log_line.h"
+#include "util/scoped_registry_key.h"
 #include "util/string_convert.h"
 
 namespace DeviceReporter {

@@ -9,9 +9,9 @@ extern "C" {
 #include <cstddef>
 #include <memory>
 
-#include "device_reporter/scoped_device_handles.h"
 #include "report/log_line.h"
 #include "util/fixed_text.h"
+#include "util/scoped_file.h"
 
 namespace DeviceReporter {
 

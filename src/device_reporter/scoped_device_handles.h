@@ -1,4 +1,4 @@
-// Owners for the handles of device enumeration, printers, files and registry keys.
+// Owners for the handles of device enumeration and printers.
 #pragma once
 
 #include <windows.h>
@@ -16,25 +16,11 @@ struct DeviceInfoSetTraits {
 };
 using ScopedDeviceInfoSet = ScopedHandle<DeviceInfoSetTraits>;
 
-struct FileTraits {
-    using Type = HANDLE;
-    static Type Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Type file) noexcept { CloseHandle(file); }
-};
-using ScopedFile = ScopedHandle<FileTraits>;
-
 struct PrinterTraits {
     using Type = HANDLE;
     static Type Invalid() noexcept { return nullptr; }
     static void Close(Type printer) noexcept { ClosePrinter(printer); }
 };
 using ScopedPrinter = ScopedHandle<PrinterTraits>;
-
-struct RegistryKeyTraits {
-    using Type = HKEY;
-    static Type Invalid() noexcept { return nullptr; }
-    static void Close(Type key) noexcept { RegCloseKey(key); }
-};
-using ScopedRegistryKey = ScopedHandle<RegistryKeyTraits>;
 
 }  // namespace DeviceReporter

@@ -2,17 +2,10 @@
 
 #include <stdexcept>
 
-#include "util/scoped_handle.h"
+#include "util/scoped_file.h"
 
 namespace test_support {
 namespace {
-
-struct FileTraits {
-    using Type = HANDLE;
-    static Type Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Type handle) noexcept { CloseHandle(handle); }
-};
-using ScopedFile = ScopedHandle<FileTraits>;
 
 /// A file that child processes inherit and that vanishes with its last handle. Not a pipe: services
 /// that Wine starts on a child's behalf inherit it too, and a pipe would not end before they do.

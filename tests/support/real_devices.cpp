@@ -9,6 +9,7 @@
 #include "device_reporter/scoped_device_handles.h"
 #include "simulation/well_known.h"
 #include "support/comes_true.h"
+#include "util/scoped_file.h"
 
 namespace test_support {
 namespace {
@@ -21,9 +22,9 @@ bool CanBeOpened(HDEVINFO set, SP_DEVICE_INTERFACE_DATA& offered) {
                                           nullptr, nullptr)) {
         return false;
     }
-    const DeviceReporter::ScopedFile file(CreateFileW(detail->DevicePath, /*dwDesiredAccess=*/0,
-                                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                      OPEN_EXISTING, 0, nullptr));
+    const ScopedFile file(CreateFileW(detail->DevicePath, /*dwDesiredAccess=*/0,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
+                                      nullptr));
     return static_cast<bool>(file);
 }
 

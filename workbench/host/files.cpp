@@ -1,11 +1,9 @@
 #include "host/files.h"
 
-#include "common/scoped_file.h"
 #include "common/text.h"
+#include "util/scoped_file.h"
 
 namespace host {
-
-using workbench::ScopedFile;
 
 namespace {
 

@@ -32,7 +32,7 @@ void WriteStandardLine(DWORD stream, std::wstring_view line) {
 }
 
 DWORD LineFile::Open(const wchar_t* path) {
-    workbench::ScopedFile opened(
+    ScopedFile opened(
         CreateFileW(path, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                     /*lpSecurityAttributes=*/nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
                     /*hTemplateFile=*/nullptr));

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "common/scoped_file.h"
+#include "util/scoped_file.h"
 
 namespace standins {
 
@@ -28,7 +28,7 @@ public:
     void Write(std::string_view line);
 
 private:
-    workbench::ScopedFile file;
+    ScopedFile file;
 };
 
 }  // namespace standins

@@ -2,7 +2,7 @@
 
 #include "standins/common/callback_slot.h"
 #include "standins/file_kit/file_kit_control.h"
-#include "util/scoped_handle.h"
+#include "util/scoped_registry_key.h"
 
 namespace {
 
@@ -10,13 +10,6 @@ standins::CallbackSlot<FileKitInterceptor> interceptor;
 
 // The registry: 32-bit integers as REG_DWORD, 64-bit integers as REG_QWORD. These functions return
 // 0 or the Win32 error code and have closed what they opened.
-
-struct KeyTraits {
-    using Type = HKEY;
-    static Type Invalid() noexcept { return nullptr; }
-    static void Close(Type key) noexcept { RegCloseKey(key); }
-};
-using ScopedKey = ScopedHandle<KeyTraits>;
 
 /// How an integer of this size is stored.
 constexpr DWORD TypeFor(std::int32_t) { return REG_DWORD; }
@@ -32,7 +25,7 @@ LSTATUS ReadInteger(HKEY root, const wchar_t* subKey, const wchar_t* valueName, 
     if (status != ERROR_SUCCESS) {
         return status;
     }
-    const ScopedKey key(opened);
+    const ScopedRegistryKey key(opened);
     Integer stored = 0;
     DWORD type = REG_NONE;
     DWORD size = sizeof(stored);
@@ -60,7 +53,7 @@ LSTATUS WriteInteger(HKEY root, const wchar_t* subKey, const wchar_t* valueName,
     if (status != ERROR_SUCCESS) {
         return status;
     }
-    const ScopedKey key(opened);
+    const ScopedRegistryKey key(opened);
     return RegSetValueExW(key.Get(), valueName, /*Reserved=*/0, TypeFor(value),
                           reinterpret_cast<const BYTE*>(&value), sizeof(value));
 }
@@ -134,7 +127,7 @@ bool Registry::KeyExists(const std::wstring& subKey) const {
         HKEY opened = nullptr;
         const LSTATUS status =
             RegOpenKeyExW(root, subKey.c_str(), /*ulOptions=*/0, KEY_READ, &opened);
-        const ScopedKey key(status == ERROR_SUCCESS ? opened : nullptr);
+        const ScopedRegistryKey key(status == ERROR_SUCCESS ? opened : nullptr);
         return status;
     });
 }

@@ -1,15 +1,13 @@
-// An open file.
+// Owner of an open file or device.
 #pragma once
 
-#include "util/scoped_handle.h"
+#include <windows.h>
 
-namespace workbench {
+#include "util/scoped_handle.h"
 
 struct FileTraits {
     using Type = HANDLE;
     static Type Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Type handle) noexcept { CloseHandle(handle); }
+    static void Close(Type file) noexcept { CloseHandle(file); }
 };
 using ScopedFile = ScopedHandle<FileTraits>;
-
-}  // namespace workbench
