@@ -49,7 +49,7 @@ for script in benchmarks/{event_sizes,table,measure} coverage/report \
     lint/{direct_includes,folder_units,product_sources,tidy,tidy_source} \
     msvc_check/{check_sources,check_source,compile} package/{make_package,collect_licences,bill_of_materials} \
     progress setup/{install_packages,fetch_nlohmann_json,fetch_benchmark,rename_release} \
-    wine/{plain_output,run_in_wine,run_accelerated,run_test}; do
+    wine/{create_prefix,plain_output,run_in_wine,run_accelerated,run_test}; do
     output=$("./$script" 2>&1) && complain "$script accepts no arguments"
     [[ $output == "${script##*/}: "*"usage: ${script##*/} "* && $output != *$'\n'* ]] || complain "$script: $output"
 done
