@@ -65,7 +65,8 @@ function(tallyport_add_test_program)
     # run_test ends the program itself and says so; CTest's own limit is the net below it.
     set_tests_properties(${arg_NAME} PROPERTIES LABELS "${arg_LABEL}" TIMEOUT 960)
     # Programs of one prefix take turns, because each would see the other's registry, devices and
-    # printers; what the checked build runs only looks. Those on the fast clock take longest.
+    # printers; what the checked build runs only looks. Those on the fast clock take longest, so they
+    # start first.
     if(arg_ACCELERATED)
         set_tests_properties(${arg_NAME} PROPERTIES RESOURCE_LOCK wine-prefix-fast COST 100)
     elseif(NOT TALLYPORT_CHECKED)
