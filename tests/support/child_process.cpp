@@ -1,11 +1,14 @@
 #include "support/child_process.h"
 
+#include <cstdio>
 #include <stdexcept>
 
 #include "util/scoped_file.h"
 
 namespace test_support {
 namespace {
+
+constexpr int kStarts = 5;
 
 /// A file that child processes inherit and that vanishes with its last handle. Not a pipe: services
 /// that Wine starts on a child's behalf inherit it too, and a pipe would not end before they do.
@@ -71,11 +74,17 @@ ChildResult RunChild(const std::wstring& program, const std::vector<std::wstring
     startup.hStdOutput = output.Get();
     startup.hStdError = standardError == StandardError::Apart ? errors.Get() : output.Get();
     PROCESS_INFORMATION information{};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr,
-                        /*bInheritHandles=*/TRUE, /*dwCreationFlags=*/0, nullptr, nullptr, &startup,
-                        &information)) {
-        throw std::runtime_error("a child process cannot be started, error " +
-                                 std::to_string(GetLastError()));
+    for (int started = 1; !CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr,
+                                          /*bInheritHandles=*/TRUE, /*dwCreationFlags=*/0, nullptr,
+                                          nullptr, &startup, &information);
+         ++started) {
+        const DWORD error = GetLastError();
+        // Wine says so when it has lost a process before its first instruction.
+        if (error != ERROR_INTERNAL_ERROR || started == kStarts) {
+            throw std::runtime_error("a child process cannot be started, error " +
+                                     std::to_string(error));
+        }
+        std::printf("Wine lost %ls at its start; it is started again\n", program.c_str());
     }
     const ScopedKernelHandle process(information.hProcess);
     const ScopedKernelHandle thread(information.hThread);
