@@ -12,10 +12,12 @@ struct DeviceInfo {
     /// Device instance id, upper-cased; a printer's queue name; a monitor's device path.
     std::wstring instanceId;
     std::wstring parent;  ///< Instance id of the parent device node.
-    std::wstring name;    ///< Friendly name and device name, merged, one per line.
-    std::wstring manufacturer;
-    std::wstring className;    ///< Setup class name, or "Printer" or "Monitor".
-    std::wstring description;  ///< A printer's driver name; a monitor's mode text.
+    /// Friendly name and device name, one per line; a HID device's product string; a queue's or
+    /// monitor's name.
+    std::wstring name;
+    std::wstring manufacturer;  ///< A monitor's is the maker's id in its EDID.
+    std::wstring className;     ///< Setup class name, or "Printer" or "Monitor".
+    std::wstring description;   ///< A printer's driver name; a monitor's mode text.
     /// Vendor and product piece of the instance id; a printer's data type and port.
     std::wstring vendorId;
     std::wstring containerId;  ///< Braced upper-case GUID; a printer driver's hardware id.

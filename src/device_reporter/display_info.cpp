@@ -19,8 +19,8 @@ constexpr char kGetDisplayInfoFunction[] = "`anonymous-namespace'::GetDisplayInf
 
 /// Sends one request for a path's source or target.
 template <typename Request>
-LONG GetDeviceInfo(Request& request, DISPLAYCONFIG_DEVICE_INFO_TYPE type, LUID adapterId,
-                   UINT32 id) {
+LONG SendDisplayRequest(Request& request, DISPLAYCONFIG_DEVICE_INFO_TYPE type, LUID adapterId,
+                        UINT32 id) {
     request.header.type = type;
     request.header.size = sizeof(request);
     request.header.adapterId = adapterId;
@@ -30,8 +30,8 @@ LONG GetDeviceInfo(Request& request, DISPLAYCONFIG_DEVICE_INFO_TYPE type, LUID a
 
 bool GetDisplaySourceDeviceName(const DISPLAYCONFIG_PATH_INFO& path, DisplayInfo& info) {
     DISPLAYCONFIG_SOURCE_DEVICE_NAME source{};
-    const LONG result = GetDeviceInfo(source, DISPLAYCONFIG_DEVICE_INFO_GET_SOURCE_NAME,
-                                      path.sourceInfo.adapterId, path.sourceInfo.id);
+    const LONG result = SendDisplayRequest(source, DISPLAYCONFIG_DEVICE_INFO_GET_SOURCE_NAME,
+                                           path.sourceInfo.adapterId, path.sourceInfo.id);
     if (result != ERROR_SUCCESS) {
         WriteLogLine(LOG_LEVEL_NORMAL, "`anonymous-namespace'::GetDisplaySourceDeviceName",
                      "Display get source device name failed!");
@@ -44,8 +44,8 @@ bool GetDisplaySourceDeviceName(const DISPLAYCONFIG_PATH_INFO& path, DisplayInfo
 bool GetDisplayTargetDeviceName(const DISPLAYCONFIG_PATH_INFO& path, DisplayInfo& info) {
     DISPLAYCONFIG_TARGET_DEVICE_NAME target{};
     // Kept: the source's adapter, for the target too. A path does not cross adapters.
-    const LONG result = GetDeviceInfo(target, DISPLAYCONFIG_DEVICE_INFO_GET_TARGET_NAME,
-                                      path.sourceInfo.adapterId, path.targetInfo.id);
+    const LONG result = SendDisplayRequest(target, DISPLAYCONFIG_DEVICE_INFO_GET_TARGET_NAME,
+                                           path.sourceInfo.adapterId, path.targetInfo.id);
     if (result != ERROR_SUCCESS) {
         WriteLogLine(LOG_LEVEL_NORMAL, "`anonymous-namespace'::GetDisplayTargetDeviceName",
                      "Display get target device name failed! ret = ", result);

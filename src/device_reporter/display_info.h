@@ -27,8 +27,9 @@ struct DisplayInfo {
 };
 
 /// Appends one entry per active path, in the order of the display configuration. False, with a log
-/// line, at the first path that cannot be described; what was appended by then stays. Monitor
-/// thread only.
+/// line, when the configuration cannot be queried or at the first path that cannot be described;
+/// what was appended by then stays. An EDID that is too short raises std::out_of_range (see
+/// PushEdidToData). Monitor thread only.
 bool GetDisplayInfo(std::vector<DisplayInfo>& displays);
 
 /// Word for a topology; an unknown one is logged.

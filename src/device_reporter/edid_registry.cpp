@@ -21,6 +21,7 @@ constexpr char kGetDataFromRegFunction[] = "`anonymous-namespace'::GetDataFromRe
 
 }  // namespace
 
+// Kept: "Edit" for EDID, because log lines carry the name.
 std::wstring GetEditRegPath(const std::wstring& monitorDevicePath) {
     // \\?\DISPLAY#model#instance#{interface class}: the first three pieces name the device.
     constexpr int kPieceCount = 3;

@@ -10,8 +10,8 @@ namespace DeviceReporter {
 /// monitor's device interface path. Empty, with a log line, when the path has another form.
 std::wstring GetEditRegPath(const std::wstring& monitorDevicePath);
 
-/// Reads the raw EDID below that registry path. False, with a log line, on failure; only a value
-/// that vanishes between the query of its size and of its bytes is not logged.
+/// Reads the raw EDID below that registry path. False, with a log line, on failure; only one to
+/// read the bytes, after their size, is the caller's to log.
 bool GetValueFromReg(const std::wstring& regPath, std::string& edid);
 
 /// Reads and decodes the EDID: appends its hex text and the manufacturer id. False, with a log

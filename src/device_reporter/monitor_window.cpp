@@ -168,7 +168,8 @@ void ReportDeviceInfo::OnDeviceChange(WPARAM event, const DEV_BROADCAST_HDR* hea
                      "hdr is null");
         return;
     }
-    // A device that is gone stays in the map: it was there since the last list.
+    // Kept: a device that is gone stays in the map, and in every list, until the window is
+    // destroyed.
     if (event == DBT_DEVICEARRIVAL && header->dbch_devicetype == DBT_DEVTYP_DEVICEINTERFACE) {
         const auto& arrival = *reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(header);
         // The result is dropped: a fill that failed has logged it.

@@ -57,7 +57,7 @@ bool EnumPrinterList(std::unique_ptr<BYTE[]>& printerInfoList, DWORD& count) {
         return enumPrinters(/*block=*/nullptr, /*size=*/0, needed);
     };
     const auto fetch = [&enumPrinters, &filled](BYTE* block, DWORD size) {
-        // Kept: a spooler that leaves the size alone the second time still needs that of the first.
+        // Kept: the first call's size counts where the second call sets none.
         filled = size;
         return enumPrinters(block, size, filled);
     };
@@ -152,8 +152,8 @@ bool GetPrinterDriverInfo(HANDLE printer, std::unique_ptr<BYTE[]>& driverInfo) {
     if (!RunSpoolerQuery(kDriverTexts, askSize, fetch, driverInfo, blockSize)) {
         return false;
     }
-    // Kept: unlike in the list, a size that the second call leaves alone counts as nothing. It may
-    // also be a lie beyond the block's own size.
+    // Kept: unlike in the list, a size that the second call does not set counts as 0. A size beyond
+    // the block is not believed.
     if (driverInfo && std::min(blockSize, filled) < sizeof(DRIVER_INFO_6W)) {
         WriteLogLine(LOG_LEVEL_NORMAL, kDriverTexts.functionName,
                      "printer driver data error, dwReturned=", filled, ", dwNeeded=", blockSize);

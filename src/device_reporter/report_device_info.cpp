@@ -59,8 +59,8 @@ void WriteReportCountReg(std::int32_t count) {
     }
 }
 
-/// This library's handle, from the creator of a monitor thread to the thread, whose parameter is
-/// the reporter. The same for every thread.
+/// This library's handle, for RunMonitorThread: the thread's one parameter is the reporter. Every
+/// start stores the same value.
 std::atomic<HMODULE> handedOverModule{nullptr};
 
 /// Keeps the library, and so the reporter, until the thread's very end. Nobody waits for it: Stop

@@ -34,24 +34,28 @@ public:
 
     /// Asks the suite whether this machine reports devices and loads the persisted count. The
     /// 24 hours before the first list begin here. Called once, before the monitor thread exists.
+    /// False, with a log line, when the machine does not report. A count that cannot be read is
+    /// logged and taken as 0.
     static bool Init();
 
     /// Creates the monitor thread, which is never joined; failure is logged. The reporter has to
     /// outlive it, as the process-wide one does: the thread keeps the library mapped.
     void StartMonitorDevices();
 
-    /// Posts a request to report to the monitor's window. Callable from any thread.
+    /// Asks the monitor's window, by a posted message, for the list if it is due. Without a window
+    /// that is logged. Callable from any thread.
     void ReportDevices();
 
-    /// Posts a request to close to the monitor's window. Without a window that is logged, and the
-    /// monitor goes on. Callable from any thread.
+    /// Asks the monitor's window, by a posted message, to close. Without a window that is logged,
+    /// and the monitor goes on. Callable from any thread.
     void StopMonitorDevices();
 
     /// Body of the monitor thread; `param` is the reporter. Fills the device map, then handles the
     /// window's messages until it is closed. Always 0.
     static DWORD WINAPI MonitorThreadProc(void* param);
 
-    /// Sends the list when it is due and the user has agreed. Monitor thread only.
+    /// Sends the list when it is due and the user has agreed. After the last allowed list it closes
+    /// the window. Monitor thread only.
     void DoReportDevices();
 
     DeviceMap devices;                     ///< Monitor thread only.

@@ -20,9 +20,10 @@ struct SpoolerQueryTexts {
 ///
 /// `askSize` is called once as `BOOL(DWORD& needed)`, without a block: it leaves in `needed` the
 /// size that the spooler needs. `fetch` is called once as `BOOL(BYTE* block, DWORD size)`, with the
-/// block. What `block` held before is freed. False, with a log line, on every failure; a block that
-/// was taken by then stays in `block`. True with no block when there is nothing to fetch.
-/// `blockSize` is the size of the block, or 0.
+/// block. Both return with the spooler's error still in the thread's last error. What `block` held
+/// before is freed. False, with a log line, on every failure; a block that was taken by then stays
+/// in `block`. True with no block when there is nothing to fetch. `blockSize` is the size of the
+/// block, or 0.
 template <typename AskSize, typename Fetch>
 bool RunSpoolerQuery(const SpoolerQueryTexts& texts, AskSize askSize, Fetch fetch,
                      std::unique_ptr<BYTE[]>& block, DWORD& blockSize) {

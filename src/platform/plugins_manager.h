@@ -1,5 +1,5 @@
 // ZedPluginsManager.dll: the host's plug-in manager. It is never linked: the plug-in looks its
-// functions up by name in the library that the host has loaded.
+// functions up by name in the library that the host has loaded, or else loads it for the call.
 #pragma once
 
 #include <functional>

@@ -69,6 +69,8 @@ extern "C" __declspec(dllexport) void UninitializePluginModule() {}
 BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, LPVOID reserved) {
     switch (reason) {
         case DLL_PROCESS_ATTACH:
+            // Kept: hosts expect the registration during the load, under the loader's lock. So the
+            // manager's function must start no thread that it waits for.
             return CallPluginsManager("RegisterPlugin") ? TRUE : FALSE;
         case DLL_PROCESS_DETACH:
             // Set when the process ends, null when the library is unloaded.

@@ -15,7 +15,8 @@ public:
     bool Uninitialize() override;
 
     /// Registers the reports, runs the cheap ones once and starts the timer loop. Meant to be
-    /// called once per load: a second call while the timer loop runs ends the process.
+    /// called once per load: a second call while the timer loop runs ends the process, and after
+    /// Stop periodic reports do not come back.
     bool Start() override;
 
     /// Ends the timer loop and the firmware events, and waits for both; asks the device monitor to

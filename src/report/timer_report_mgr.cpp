@@ -12,7 +12,8 @@ namespace {
 
 constexpr char kRegisterReportCallbackFunction[] = "TimerReportMgr::RegisterReportCallback";
 
-/// More than the steady clock loses against a wait of a day, less than anybody notices of an hour.
+/// By how much the steady clock may fall short of a tick: more than a day's drift, less than
+/// anybody notices of an hour.
 constexpr std::chrono::seconds kClockSlack{10};
 
 }  // namespace
@@ -83,10 +84,12 @@ bool TimerReportMgr::WaitForTick(std::unique_lock<std::mutex>& lock) {
     const std::chrono::hours tick(tickHours_);
     const auto begin = std::chrono::steady_clock::now();
     const auto deadline = std::chrono::system_clock::now() + tick;
+    // As late as can be: a Stop in the few instructions from here to the wait counts as one during
+    // it.
     const bool stopCameBefore = !running_;
     const bool timedOut = wakeCond_.wait_until(lock, deadline) == std::cv_status::timeout;
     if (!running_ && !stopCameBefore) {
-        // No clock is asked whether the tick had passed: both go on while the machine sleeps, the
+        // Stop ended the wait, whatever the clocks say: they go on while the machine sleeps, the
         // wait does not. Reports that a night made due must not run inside Stop.
         return false;
     }

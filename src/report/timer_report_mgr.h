@@ -21,7 +21,7 @@ public:
     using Callback = std::function<void()>;
 
     /// The process-wide manager. Created on first use; stopped and released when the library is
-    /// unloaded. A process that ends ends the loop itself and leaves the manager as it is.
+    /// unloaded. At process end the system ends the loop and the manager is left as it is.
     static TimerReportMgr& GetInstance();
 
     TimerReportMgr() = default;
@@ -41,7 +41,8 @@ public:
 
     /// Ends the loop and joins its thread, for which it waits as long as callbacks run. A Stop that
     /// falls between the loop's test and its wait takes effect when that wait times out, a tick
-    /// later, and what is due then runs once more. Must not be called from a callback.
+    /// later, and what is due then runs once more. Final: a loop started later ends at once. Must
+    /// not be called from a callback.
     void Stop();
 
 private:
@@ -52,15 +53,15 @@ private:
 
     void UpdateTick();
     void Loop();
-    /// Waits for the tick to pass. False when Stop came during the wait, or when the wait ended
-    /// early for no reason; in the last seconds of a tick the latter counts as its end.
+    /// Waits for the tick to pass. False when Stop ended the wait or it ended early for no reason;
+    /// a wake in the last seconds of the tick counts as its end.
     bool WaitForTick(std::unique_lock<std::mutex>& lock);
 
     std::thread thread_;
     std::vector<TimerEntry> timers_;
     std::condition_variable wakeCond_;
     std::mutex waitMutex_;      ///< Held while the loop waits and while callbacks run.
-    std::mutex registerMutex_;  ///< Held while a registration changes timers_ and both hours.
+    std::mutex registerMutex_;  ///< Held while a registration changes timers_ and the hours.
     std::atomic<bool> running_{true};
     std::int32_t tickHours_ = 1;
     std::int32_t minIntervalHours_ = 0;  ///< 0 while nothing is registered.

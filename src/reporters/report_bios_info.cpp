@@ -1,5 +1,7 @@
 #include "reporters/report_bios_info.h"
 
+#include <windows.h>
+
 #include <cstdint>
 #include <ctime>
 

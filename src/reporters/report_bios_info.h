@@ -8,7 +8,7 @@
 /// host's thread inside Start and on the timer loop thread afterwards.
 class ReportBiosInfo {
 public:
-    /// Sends the report when it is due. Without SMBIOS texts it logs that, sends nothing and leaves
-    /// the stamp.
+    /// Sends the report when it is due; a missing text is sent empty. Without an SMBIOS table it
+    /// logs that, sends nothing and leaves the stamp.
     void OnRecvReportInfo() const;
 };

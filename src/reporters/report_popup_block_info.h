@@ -3,8 +3,8 @@
 
 #include <string>
 
-/// Sends event 992614518 with whether the console user switched the suite's optimisation component
-/// on, and the component's product version.
+/// Sends event 992614518: whether the console user has pop-up blocking or the performance mode of
+/// the suite's optimisation component switched on, and the component's product version.
 ///
 /// Reads the user's hive under HKEY_USERS and the version resource of the component's executable.
 /// Keeps no state between runs. Runs on the host's thread inside Start and on the timer loop thread

@@ -5,6 +5,7 @@
 
 #include "util/scoped_handle.h"
 
+/// Files and devices from CreateFile, whose "none" is INVALID_HANDLE_VALUE, not null.
 struct FileTraits {
     using Type = HANDLE;
     static Type Invalid() noexcept { return INVALID_HANDLE_VALUE; }
