@@ -12,8 +12,8 @@ expect_line 1 "unknown command 'biuld'" pretended_dev biuld
 for command in setup build test bench coverage package format lint clean; do
     expect_line 1 "'--wrong'" pretended_dev "$command" --wrong
 done
-expect 1 "there is no preset '.*'" pretended_dev build '.*'
-expect 1 "no test is called like that" pretended_dev test none
+expect 1 "there is no build preset '.*'" pretended_dev build '.*'
+expect 1 "no test has such a name" pretended_dev test none
 # From another folder and through a link it is the same command.
 ln -s "$project/dev" "$work/link"
 expect_line 1 "unknown command 'x'" "$work/link" x

@@ -34,7 +34,7 @@ expect 1 "only root can install packages; as root run: apt-get install " "${pret
 codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
 for call in "nlohmann_json download" "benchmark source"; do
     fetch=("$work/setup/fetch_${call% *}" "$work/target")
-    expect 1 "this needs Debian; others unpack" without apt-get "${fetch[@]}"
+    expect 1 "this needs Debian; elsewhere unpack" without apt-get "${fetch[@]}"
     echo "deb http://mirror.example/debian another main" >"$SOURCE_FILE"
     expect 1 "no apt source of Debian $codename found to derive" "${pretended[@]}" "${fetch[@]}"
     echo "deb http://mirror.example/debian $codename main" >"$SOURCE_FILE"

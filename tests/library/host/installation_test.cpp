@@ -61,7 +61,7 @@ TEST_F(HostInstallation, ThatLacksAFileNamesItsPlaceAndTheRemedy) {
                 (name == L"TallyportPlugin.dll"
                      ? " is missing in " + place +
                            "; build it: ./dev build, or name another with --plugin\n"
-                     : " is missing; it belongs into " + place + ", where ./dev build puts it\n"));
+                     : " is missing; it belongs in " + place + ", where ./dev build puts it\n"));
         std::filesystem::rename(path + L".away", path);
     }
 }
@@ -70,7 +70,7 @@ TEST_F(HostInstallation, WithADamagedLibraryNamesItAndTheRemedy) {
     WriteFile(folder.Path() + L"\\LogKit.dll", "no library");
     EXPECT_EQ(Complaint(),
               "tallyport_host: cannot load '" + ToUtf8(folder.Path() + L"\\LogKit.dll") +
-                  "': " + Win32ErrorText(ERROR_BAD_EXE_FORMAT) + "; build it anew: ./dev build\n");
+                  "': " + Win32ErrorText(ERROR_BAD_EXE_FORMAT) + "; rebuild it: ./dev build\n");
 }
 
 TEST_F(HostInstallation, WithAnotherLibraryOfThatNameTellsWhatThatLacks) {
@@ -79,7 +79,7 @@ TEST_F(HostInstallation, WithAnotherLibraryOfThatNameTellsWhatThatLacks) {
         folder.Path() + L"\\ConsentStore.dll", std::filesystem::copy_options::overwrite_existing);
     EXPECT_EQ(Complaint(),
               "tallyport_host: ConsentStore.dll has no function ConsentStore_SetAnswer, so it is "
-              "not the workbench's; build it anew: ./dev build\n");
+              "not the workbench's; rebuild it: ./dev build\n");
 }
 
 TEST_F(HostInstallation, SaysThatAPluginLacksALibrary) {

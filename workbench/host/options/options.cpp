@@ -168,10 +168,10 @@ std::optional<Options> ParseOptions(const std::vector<std::string>& arguments, s
 
     auto* const keep = app.add_flag("--keep-state", keepState,
                                     "Leave the values that the plug-in keeps in the registry "
-                                    "between its runs as they are (always so on Windows)");
+                                    "between its runs as they are (the default on Windows)");
     auto* const remove = app.add_flag("--fresh", fresh,
                                       "Remove those values first, so that every report is due "
-                                      "(always so under Wine)");
+                                      "(the default under Wine)");
     keep->group("Registry")->excludes(remove);
     remove->group("Registry");
 

@@ -46,7 +46,7 @@ void RemoveValue(HKEY root, const wchar_t* key, const wchar_t* name) {
 ThisComputer::ThisComputer(KeptState wanted, Screen& theScreen)
     : keptState(wanted), screen(theScreen) {
     if (WineVersion() && !IsFile(ComponentSource())) {
-        throw BadInput(workbench::ToUtf8(kComponentFileName) + " is missing; it belongs into '" +
+        throw BadInput(workbench::ToUtf8(kComponentFileName) + " is missing; it belongs in '" +
                        workbench::ToUtf8(OwnFolder()) + "', where ./dev build puts it");
     }
 }
