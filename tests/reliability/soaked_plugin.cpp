@@ -1,6 +1,5 @@
 #include "reliability/soaked_plugin.h"
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>

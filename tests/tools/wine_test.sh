@@ -21,6 +21,16 @@ expect 127 "faketime is missing; run: ./dev setup" without faketime "${fast[@]}"
 
 expect 42 "PASSED" "$run" "$wine_prefix" "$pretended_test" code 42
 expect 0 "argument 'two words'" "$run" "$wine_prefix" "$pretended_test" echo 'two words'
+# Two starts that Wine loses, and one that it does not.
+cat >"$work/wine/run_in_wine" <<LOST
+#!/bin/sh
+echo >>"$work/starts"
+[ "\$(wc -l <"$work/starts")" -lt 3 ] && exit 1
+echo "[  PASSED  ]"
+LOST
+expect 0 "start 2 ended with 1 before its first line" "$work/wine/run_test" "$wine_prefix" "$pretended_test"
+expect 0 "3" wc -l "$work/starts"
+
 # A name in the folder that the caller stands in, and pipes instead of a terminal.
 cp "$pretended_test" "$work/here.exe"
 cd "$work" || exit

@@ -1,7 +1,6 @@
 // EDIDs of any length and content.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <vector>

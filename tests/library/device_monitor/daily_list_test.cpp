@@ -1,8 +1,6 @@
 // Lists day by day.
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "library/device_monitor/monitored_plugin.h"
 #include "standins/consent_store/consent_store_control.h"
 

@@ -1,9 +1,7 @@
 // When Start sets up the device reports at all.
 #include <gtest/gtest.h>
 
-#include <string>
 #include <tuple>
-#include <vector>
 
 #include "library/device_monitor/monitored_plugin.h"
 #include "standins/edition_adapt/edition_adapt_control.h"

@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 #include <winspool.h>
 
-#include <string>
-#include <vector>
-
 #include "library/device_monitor/monitored_plugin.h"
 #include "simulation/import_redirection.h"
 #include "support/monitor_window.h"

@@ -1,9 +1,6 @@
 // The last list of an installation.
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "library/device_monitor/monitored_plugin.h"
 #include "support/monitor_window.h"
 

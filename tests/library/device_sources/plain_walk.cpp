@@ -9,7 +9,6 @@ extern "C" {
 
 #include <algorithm>
 #include <cstring>
-#include <map>
 #include <regex>
 #include <sstream>
 

@@ -1,8 +1,6 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "standins/file_kit/file_kit_control.h"
 
 namespace {

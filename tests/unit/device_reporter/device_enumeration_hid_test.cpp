@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "device_reporter/device_enumeration.h"
 #include "simulation/well_known.h"
@@ -14,7 +13,6 @@ namespace {
 
 using device_tests::ElementsAre;
 using device_tests::ImportOverride;
-using device_tests::IsEmpty;
 using DeviceReporter::AddAllDevicesToMap;
 using DeviceReporter::AddDeviceInterfaceToMap;
 using simulation::kHidInterface;

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "standins/consent_store/consent_store_control.h"
 #include "standins/file_kit/file_kit_control.h"

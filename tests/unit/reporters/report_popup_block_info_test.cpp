@@ -7,7 +7,6 @@
 #include <limits>
 #include <string>
 #include <type_traits>
-#include <vector>
 
 #include "simulation/fakes/heap.h"
 #include "support/grouping_locale.h"

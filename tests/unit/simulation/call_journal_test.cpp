@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -10,7 +9,6 @@ namespace simulation {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 void Note(CallJournal& journal, const char* function, std::vector<CallArgument> arguments = {}) {
     journal.Finish(journal.Begin(function), std::move(arguments), "1", 0);
