@@ -28,7 +28,11 @@ void RealFill(benchmark::State& state) {
     benchmarks::RunPaired(state, Fill, benchmarks::WalkDevices, static_cast<double>(count));
 }
 // A pair takes half a second.
-BENCHMARK(RealFill)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20)->Repetitions(15);
+BENCHMARK(RealFill)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(20)
+    ->Repetitions(15);
 
 }  // namespace
 
