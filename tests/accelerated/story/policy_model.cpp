@@ -78,7 +78,9 @@ void PolicyModel::PlayFirmwareEvents() {
 }
 
 void PolicyModel::PlayRun(const PluginRun& run, std::size_t first, std::size_t last) {
-    if (run.loopLines.empty()) {
+    // Stop may come before a delayed thread has begun; then only Start's own reports are there.
+    const bool timerBegan = !run.loopLines.empty();
+    if (!timerBegan && run.stopped - run.start > kRareDelay) {
         throw std::runtime_error("the plug-in's timer was not started");
     }
     firstHappening = first;
@@ -91,10 +93,14 @@ void PolicyModel::PlayRun(const PluginRun& run, std::size_t first, std::size_t l
                                     (monitorRuns ? "be started" : "not be started"));
     }
 
-    const Time begun = run.loopLines.front();
+    const Time begun = timerBegan ? run.loopLines.front() : run.stopped;
     FlagUnexpected(run.start);
     Bios({run.start, begun, begun});
     Optimisation({run.start, begun, begun});
+    if (!timerBegan) {
+        timeLost += run.stopped - run.start;
+        return;
+    }
 
     const hours tick(monitorRuns ? 1 : 12);
     CheckRhythm(run, tick, findings);

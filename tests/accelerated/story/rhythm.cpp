@@ -20,9 +20,6 @@ milliseconds TimeLost(const PluginRun& run, hours tick) {
 }
 
 void CheckRhythm(const PluginRun& run, hours tick, Findings& findings) {
-    // A busy machine delays single waits, by up to a real second in a bad moment. A timer that has
-    // ended shows in the shortest run, of a day, all the same.
-    constexpr hours kRareDelay{11};
     milliseconds shortest = milliseconds::max();
     for (std::size_t i = 1; i < run.loopLines.size(); ++i) {
         const milliseconds wait = run.loopLines[i] - run.loopLines[i - 1];
@@ -34,6 +31,7 @@ void CheckRhythm(const PluginRun& run, hours tick, Findings& findings) {
     if (run.loopLines.size() > 2 && shortest >= 2 * tick) {
         findings.Add(run.start, "the timer waits for more than its tick");
     }
+    // A timer that has ended shows in the runs of a day and more.
     if (run.stopped - run.loopLines.back() > tick + kRareDelay) {
         findings.Add(run.stopped, "the timer ended before Stop");
     }

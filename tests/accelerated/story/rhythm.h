@@ -15,6 +15,9 @@ namespace story {
 /// waiting between the two. How many such outcomes a story may have is limited as well.
 inline constexpr std::chrono::minutes kTolerance{30};
 
+/// How long a busy machine may delay a thread: up to a real second in a bad moment.
+inline constexpr std::chrono::hours kRareDelay{11};
+
 /// Whether so much time had passed when the plug-in looked, which was between `earliest` and
 /// `latest`; the likeliest answer first.
 std::vector<bool> HasPassed(Time from, Time earliest, Time latest, std::chrono::hours limit);
